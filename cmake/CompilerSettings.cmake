@@ -1,0 +1,11 @@
+# Warnings and sanitizers for every target of the project.
+add_compile_options(-Wall -Wextra -Wpedantic -Wno-missing-field-initializers)
+if(TB_WARNINGS_AS_ERRORS)
+    add_compile_options(-Werror)
+endif()
+
+if(TB_SANITIZE)
+    set(TB_SANITIZER_FLAGS -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    add_compile_options(${TB_SANITIZER_FLAGS})
+    add_link_options(${TB_SANITIZER_FLAGS})
+endif()

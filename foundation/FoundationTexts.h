@@ -1,0 +1,47 @@
+#pragma once
+
+#include <span>
+
+#include "foundation/TextKey.h"
+
+// The user-visible texts of the foundation, with their keys.
+namespace fenn::texts {
+
+inline constexpr TextKey endOfEnum{"fenn.CEndOfEnumError.desc", "end of enumeration already reached"};
+inline constexpr TextKey uriTypeNotSupportedGeneral{"fenn.CURITypeNotSupportedError.GeneralDesc",
+                                                    "This type URI is not supported."};
+inline constexpr TextKey uriTypeNotSupported{"fenn.CURITypeNotSupportedError.Desc",
+                                             "This type URI is not supported."};
+inline constexpr TextKey uriFormatGeneral{"fenn.CURIFormatError.GeneralDesc", "The URI has an invalid format."};
+inline constexpr TextKey uriFormat{"fenn.CURIFormatError.Desc", "The URI ('%URI%') has an invalid format."};
+inline constexpr TextKey fileNotFoundGeneral{"fenn.CFileNotFoundError.GeneralDesc", "The file was not found."};
+inline constexpr TextKey fileNotFound{"fenn.CFileNotFoundError.Desc", "The file '%FILE%' was not found."};
+inline constexpr TextKey fileFormatNotSupportedGeneral{"fenn.CFileFormatNotSupportedError.Desc.FileUnknown",
+                                                       "The file format is not supported."};
+inline constexpr TextKey fileFormatNotSupported{"fenn.CFileFormatNotSupportedError.Desc",
+                                                "The format of file '%FILE%' is not supported."};
+inline constexpr TextKey noSuchObject{"fenn.CNoSuchObjectError.desc", "No such object."};
+inline constexpr TextKey readOnly{"fenn.readOnlyErrorObjectDesc",
+                                  "The object (%DESC%) is read-only and cannot be changed."};
+inline constexpr TextKey multiEnumAddLocked{
+    "fenn.CMultiEnum.addLocked",
+    "No more sub enums can be added to a multi enum after one of its IEnum methods has been called."};
+inline constexpr TextKey constMultiEnumAddLocked{
+    "fenn.CConstMultiEnum.addLocked",
+    "No more sub enums can be added to a multi enum after one of its IConstEnum methods has been called."};
+
+inline constexpr TextKey all[] = {endOfEnum,
+                                  uriTypeNotSupportedGeneral,
+                                  uriTypeNotSupported,
+                                  uriFormatGeneral,
+                                  uriFormat,
+                                  fileNotFoundGeneral,
+                                  fileNotFound,
+                                  fileFormatNotSupportedGeneral,
+                                  fileFormatNotSupported,
+                                  noSuchObject,
+                                  readOnly,
+                                  multiEnumAddLocked,
+                                  constMultiEnumAddLocked};
+
+}  // namespace fenn::texts
