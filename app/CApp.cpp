@@ -1,0 +1,184 @@
+#include "app/CApp.h"
+
+#include <iterator>
+
+#include "app/Version.h"
+#include "foundation/CLogManager.h"
+#include "foundation/ISystem.h"
+
+namespace tbx {
+
+namespace {
+
+IApp* g_app = nullptr;
+
+const char* const kLogCategory = "app";
+
+// Runs when the platform asks the program to quit (a termination signal,
+// the session ending): the same road as the window's close button.
+class CQuitRequestAction : public fenn::CObject, public virtual fenn::IAction
+{
+public:
+    void execute() override
+    {
+        if (IApp* app = getApp(); app != nullptr && app->canExit()) app->exit();
+    }
+};
+
+}  // namespace
+
+IApp* getApp()
+{
+    return g_app;
+}
+
+void setApp(IApp* app)
+{
+    g_app = app;
+}
+
+const CApp::StartupStep CApp::kStartupSteps[25] = {
+    {"setUpFolders", &CApp::setUpFolders},
+    {"selectLanguage", &CApp::selectLanguage},
+    {"loadSkin", &CApp::loadSkin},
+    {"loadLayoutFiles", &CApp::loadLayoutFiles},
+    {"startSplash", &CApp::startSplash},
+    {"prepareLinks", &CApp::prepareLinks},
+    {"createGenreList", &CApp::createGenreList},
+    {"readFirstStart", &CApp::readFirstStart},
+    {"prepareFolderLooks", &CApp::prepareFolderLooks},
+    {"createAudioPlayer", &CApp::createAudioPlayer},
+    {"registerInputFileTypes", &CApp::registerInputFileTypes},
+    {"registerOutputFileTypes", &CApp::registerOutputFileTypes},
+    {"registerAudioFilters", &CApp::registerAudioFilters},
+    {"registerCheckerFactories", &CApp::registerCheckerFactories},
+    {"registerTagFactories", &CApp::registerTagFactories},
+    {"startNewsChannels", &CApp::startNewsChannels},
+    {"createModules", &CApp::createModules},
+    {"createWizardAndStartScreen", &CApp::createWizardAndStartScreen},
+    {"createMainWindow", &CApp::createMainWindow},
+    {"closeSplash", &CApp::closeSplash},
+    {"bringToForeground", &CApp::bringToForeground},
+    {"openLog", &CApp::openLog},
+    {"showMainFrame", &CApp::showMainFrame},
+    {"applyMode", &CApp::applyMode},
+    {"startNewsChecks", &CApp::startNewsChecks},
+};
+
+CApp::CApp()
+{
+    setApp(this);
+    try {
+        runStartupSequence();
+    } catch (...) {
+        setApp(nullptr);
+        throw;
+    }
+}
+
+CApp::~CApp()
+{
+    if (fenn::P<fenn::ISystem> system = fenn::getSystem()) system->setQuitRequestHandler(nullptr);
+    if (getApp() == this) setApp(nullptr);
+}
+
+void CApp::runStartupSequence()
+{
+    auto log = fenn::CLogManager::getInstance();
+    int number = 0;
+    for (const StartupStep& step : kStartupSteps) {
+        log->debug(kLogCategory,
+                   fenn::String("Start-up step ") + fenn::fromInt(++number) + " of " +
+                       fenn::fromInt(static_cast<std::int64_t>(std::size(kStartupSteps))) + ": " + step.name);
+        (this->*step.run)();
+    }
+    if (fenn::P<fenn::ISystem> system = fenn::getSystem()) system->setQuitRequestHandler(fenn::make<CQuitRequestAction>());
+    log->info(kLogCategory, fenn::String(kProductName) + " " + tbx::getVersionString() + " has started.");
+}
+
+void CApp::stepHasNothingToDo(const char* step)
+{
+    fenn::CLogManager::getInstance()->debug(kLogCategory, fenn::String(step) + ": nothing to do yet");
+}
+
+// Each step fills in as its subsystem joins the program.
+void CApp::setUpFolders() { stepHasNothingToDo("setUpFolders"); }
+void CApp::selectLanguage() { stepHasNothingToDo("selectLanguage"); }
+void CApp::loadSkin() { stepHasNothingToDo("loadSkin"); }
+void CApp::loadLayoutFiles() { stepHasNothingToDo("loadLayoutFiles"); }
+void CApp::startSplash() { stepHasNothingToDo("startSplash"); }
+void CApp::prepareLinks() { stepHasNothingToDo("prepareLinks"); }
+void CApp::createGenreList() { stepHasNothingToDo("createGenreList"); }
+void CApp::readFirstStart() { stepHasNothingToDo("readFirstStart"); }
+void CApp::prepareFolderLooks() { stepHasNothingToDo("prepareFolderLooks"); }
+void CApp::createAudioPlayer() { stepHasNothingToDo("createAudioPlayer"); }
+void CApp::registerInputFileTypes() { stepHasNothingToDo("registerInputFileTypes"); }
+void CApp::registerOutputFileTypes() { stepHasNothingToDo("registerOutputFileTypes"); }
+void CApp::registerAudioFilters() { stepHasNothingToDo("registerAudioFilters"); }
+void CApp::registerCheckerFactories() { stepHasNothingToDo("registerCheckerFactories"); }
+void CApp::registerTagFactories() { stepHasNothingToDo("registerTagFactories"); }
+void CApp::startNewsChannels() { stepHasNothingToDo("startNewsChannels"); }
+void CApp::createModules() { stepHasNothingToDo("createModules"); }
+void CApp::createWizardAndStartScreen() { stepHasNothingToDo("createWizardAndStartScreen"); }
+void CApp::createMainWindow() { stepHasNothingToDo("createMainWindow"); }
+void CApp::closeSplash() { stepHasNothingToDo("closeSplash"); }
+void CApp::bringToForeground() { stepHasNothingToDo("bringToForeground"); }
+void CApp::openLog() { stepHasNothingToDo("openLog"); }
+void CApp::showMainFrame() { stepHasNothingToDo("showMainFrame"); }
+void CApp::applyMode() { stepHasNothingToDo("applyMode"); }
+void CApp::startNewsChecks() { stepHasNothingToDo("startNewsChecks"); }
+
+bool CApp::canExit()
+{
+    // Without an active module the program may always end.
+    return true;
+}
+
+void CApp::closeActiveModule()
+{
+    // There is no module list yet, so no module can be active.
+}
+
+void CApp::exit()
+{
+    closeActiveModule();
+    if (fenn::P<fenn::ISystem> system = fenn::getSystem()) system->endMessageLoop();
+}
+
+fenn::String CApp::getVersionString() const
+{
+    return tbx::getVersionString();
+}
+
+std::uint32_t CApp::getVersionNumber() const
+{
+    return tbx::getVersionNumber();
+}
+
+std::uint32_t CApp::parseVersion(const fenn::String& text) const
+{
+    return tbx::parseVersion(text);
+}
+
+std::uint32_t CApp::getProductVersion() const
+{
+    return tbx::getVersionNumber();
+}
+
+std::uint32_t CApp::makeVersion(std::uint32_t a, std::uint32_t b, std::uint32_t c) const
+{
+    return tbx::makeVersion(a, b, c);
+}
+
+fenn::String CApp::getIllegalFileNameChars() const
+{
+    return "\\/:*?\"<>|";
+}
+
+void CApp::logException(const fenn::String& action, const fenn::CException& exception)
+{
+    fenn::CLogManager::getInstance()->error(
+        kLogCategory, fenn::String("Exception during '") + action + "': " + exception.getDescription());
+}
+
+}  // namespace tbx

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+
+#include "app/IApp.h"
+#include "foundation/CObject.h"
+
+namespace tbx {
+
+// The one object that owns everything long-lived. Its constructor runs the
+// whole start-up sequence, step by step in a fixed order; its destructor
+// releases what the steps created in reverse. Created once by the process
+// entry, on the GUI thread.
+class CApp : public fenn::CObject, public virtual IApp
+{
+public:
+    CApp();
+    ~CApp() override;
+    CApp(const CApp&) = delete;
+    CApp& operator=(const CApp&) = delete;
+
+    bool canExit() override;
+    void closeActiveModule() override;
+    void exit() override;
+
+    fenn::String getVersionString() const override;
+    std::uint32_t getVersionNumber() const override;
+    std::uint32_t parseVersion(const fenn::String& text) const override;
+    std::uint32_t getProductVersion() const override;
+    std::uint32_t makeVersion(std::uint32_t a, std::uint32_t b, std::uint32_t c) const override;
+    fenn::String getIllegalFileNameChars() const override;
+    void logException(const fenn::String& action, const fenn::CException& exception) override;
+
+    struct StartupStep
+    {
+        const char* name;
+        void (CApp::*run)();
+    };
+    // The start-up sequence in the order the constructor runs it.
+    static const StartupStep kStartupSteps[25];
+
+private:
+    void runStartupSequence();
+    // Notes a step whose subsystem is not part of the program yet.
+    void stepHasNothingToDo(const char* step);
+
+    void setUpFolders();
+    void selectLanguage();
+    void loadSkin();
+    void loadLayoutFiles();
+    void startSplash();
+    void prepareLinks();
+    void createGenreList();
+    void readFirstStart();
+    void prepareFolderLooks();
+    void createAudioPlayer();
+    void registerInputFileTypes();
+    void registerOutputFileTypes();
+    void registerAudioFilters();
+    void registerCheckerFactories();
+    void registerTagFactories();
+    void startNewsChannels();
+    void createModules();
+    void createWizardAndStartScreen();
+    void createMainWindow();
+    void closeSplash();
+    void bringToForeground();
+    void openLog();
+    void showMainFrame();
+    void applyMode();
+    void startNewsChecks();
+
+    std::int32_t m_mode = 1;
+    bool m_firstStart = false;
+};
+
+}  // namespace tbx

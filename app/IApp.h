@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/CException.h"
+#include "foundation/IBase.h"
+#include "foundation/String.h"
+
+namespace tbx {
+
+// The application as every module and service sees it. There is one, owned
+// by the process entry and reached through getApp(); all of it runs on the
+// GUI thread.
+class IApp : public virtual fenn::IBase
+{
+public:
+    // True when the program may end now: no module runs, or the running one agrees.
+    virtual bool canExit() = 0;
+    virtual void closeActiveModule() = 0;
+    // Closes the active module without asking, then ends the event loop.
+    virtual void exit() = 0;
+
+    virtual fenn::String getVersionString() const = 0;
+    virtual std::uint32_t getVersionNumber() const = 0;
+    virtual std::uint32_t parseVersion(const fenn::String& text) const = 0;
+    virtual std::uint32_t getProductVersion() const = 0;
+    virtual std::uint32_t makeVersion(std::uint32_t a, std::uint32_t b, std::uint32_t c) const = 0;
+
+    // The characters a file name must not hold, so that files survive a trip
+    // to FAT and NTFS media and players: \ / : * ? " < > |
+    virtual fenn::String getIllegalFileNameChars() const = 0;
+
+    // Writes "Exception during '<action>': <description>" to the log.
+    virtual void logException(const fenn::String& action, const fenn::CException& exception) = 0;
+};
+
+// The running application, or null outside its life.
+IApp* getApp();
+void setApp(IApp* app);
+
+}  // namespace tbx
