@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "foundation/CError.h"
+#include "foundation/CSystemExitAction.h"
+#include "foundation/ISystem.h"
+#include "foundation/posix/CPackage.h"
+
+namespace {
+
+using fenn::P;
+
+std::atomic<int> g_liveActions{0};
+
+// Records its number in a shared list when it runs.
+class RecordAction : public fenn::CObject, public virtual fenn::IAction
+{
+public:
+    RecordAction(std::vector<int>& record, std::mutex& mutex, int number)
+        : m_record(record), m_mutex(mutex), m_number(number)
+    {
+        ++g_liveActions;
+    }
+    ~RecordAction() override { --g_liveActions; }
+    void execute() override
+    {
+        std::lock_guard lock(m_mutex);
+        m_record.push_back(m_number);
+    }
+
+private:
+    std::vector<int>& m_record;
+    std::mutex& m_mutex;
+    int m_number;
+};
+
+class FailingAction : public fenn::CObject, public virtual fenn::IAction
+{
+public:
+    void execute() override { throw fenn::CError("Error", "deliberate"); }
+};
+
+class SystemLoop : public ::testing::Test
+{
+protected:
+    fenn::posix::CPlatformSession m_platform;
+    P<fenn::posix::CSystem> m_system = fenn::make<fenn::posix::CSystem>();
+    std::vector<int> m_record;
+    std::mutex m_mutex;
+};
+
+TEST_F(SystemLoop, ActionsFromManyThreadsRunOnTheLoopThreadInPostingOrder)
+{
+    constexpr int kThreads = 4;
+    constexpr int kPerThread = 250;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([this, t] {
+            for (int i = 0; i < kPerThread; ++i)
+                m_system->postAction(fenn::make<RecordAction>(m_record, m_mutex, t * 1000 + i));
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    // A failing action is logged and the loop goes on to the exit behind it.
+    m_system->postAction(fenn::make<FailingAction>());
+    m_system->postAction(fenn::make<fenn::CSystemExitAction>());
+    fenn::setSystem(m_system);
+    m_system->runMessageLoop();
+    fenn::setSystem(nullptr);
+
+    ASSERT_EQ(m_record.size(), static_cast<std::size_t>(kThreads * kPerThread));
+    std::vector<int> next(kThreads, 0);
+    for (int value : m_record) {
+        const int thread = value / 1000;
+        EXPECT_EQ(value % 1000, next[thread]++) << "thread " << thread << " out of order";
+    }
+    EXPECT_EQ(g_liveActions.load(), 0);
+}
+
+TEST_F(SystemLoop, PumpRunsWhatIsPendingAndUnrunActionsAreReleased)
+{
+    m_system->postAction(fenn::make<RecordAction>(m_record, m_mutex, 1));
+    m_system->postAction(fenn::make<RecordAction>(m_record, m_mutex, 2));
+    m_system->pump();
+    EXPECT_EQ(m_record, (std::vector<int>{1, 2}));
+    EXPECT_EQ(g_liveActions.load(), 0);
+
+    m_system->postAction(fenn::make<RecordAction>(m_record, m_mutex, 3));
+    EXPECT_EQ(g_liveActions.load(), 1);
+    m_system->discardPending();
+    EXPECT_EQ(g_liveActions.load(), 0);
+    EXPECT_EQ(m_record.size(), 2u);
+}
+
+}  // namespace
