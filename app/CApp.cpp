@@ -87,12 +87,13 @@ void CApp::runStartupSequence()
     auto log = fenn::CLogManager::getInstance();
     int number = 0;
     for (const StartupStep& step : kStartupSteps) {
-        log->debug(kLogCategory,
-                   fenn::String("Start-up step ") + fenn::fromInt(++number) + " of " +
-                       fenn::fromInt(static_cast<std::int64_t>(std::size(kStartupSteps))) + ": " + step.name);
+        log->debug(kLogCategory, fenn::String("Start-up step ") + fenn::fromInt(++number) + " of " +
+                                     fenn::fromInt(static_cast<std::int64_t>(std::size(kStartupSteps))) + ": " +
+                                     step.name);
         (this->*step.run)();
     }
-    if (fenn::P<fenn::ISystem> system = fenn::getSystem()) system->setQuitRequestHandler(fenn::make<CQuitRequestAction>());
+    if (fenn::P<fenn::ISystem> system = fenn::getSystem())
+        system->setQuitRequestHandler(fenn::make<CQuitRequestAction>());
     log->info(kLogCategory, fenn::String(kProductName) + " " + tbx::getVersionString() + " has started.");
 }
 
@@ -102,31 +103,106 @@ void CApp::stepHasNothingToDo(const char* step)
 }
 
 // Each step fills in as its subsystem joins the program.
-void CApp::setUpFolders() { stepHasNothingToDo("setUpFolders"); }
-void CApp::selectLanguage() { stepHasNothingToDo("selectLanguage"); }
-void CApp::loadSkin() { stepHasNothingToDo("loadSkin"); }
-void CApp::loadLayoutFiles() { stepHasNothingToDo("loadLayoutFiles"); }
-void CApp::startSplash() { stepHasNothingToDo("startSplash"); }
-void CApp::prepareLinks() { stepHasNothingToDo("prepareLinks"); }
-void CApp::createGenreList() { stepHasNothingToDo("createGenreList"); }
-void CApp::readFirstStart() { stepHasNothingToDo("readFirstStart"); }
-void CApp::prepareFolderLooks() { stepHasNothingToDo("prepareFolderLooks"); }
-void CApp::createAudioPlayer() { stepHasNothingToDo("createAudioPlayer"); }
-void CApp::registerInputFileTypes() { stepHasNothingToDo("registerInputFileTypes"); }
-void CApp::registerOutputFileTypes() { stepHasNothingToDo("registerOutputFileTypes"); }
-void CApp::registerAudioFilters() { stepHasNothingToDo("registerAudioFilters"); }
-void CApp::registerCheckerFactories() { stepHasNothingToDo("registerCheckerFactories"); }
-void CApp::registerTagFactories() { stepHasNothingToDo("registerTagFactories"); }
-void CApp::startNewsChannels() { stepHasNothingToDo("startNewsChannels"); }
-void CApp::createModules() { stepHasNothingToDo("createModules"); }
-void CApp::createWizardAndStartScreen() { stepHasNothingToDo("createWizardAndStartScreen"); }
-void CApp::createMainWindow() { stepHasNothingToDo("createMainWindow"); }
-void CApp::closeSplash() { stepHasNothingToDo("closeSplash"); }
-void CApp::bringToForeground() { stepHasNothingToDo("bringToForeground"); }
-void CApp::openLog() { stepHasNothingToDo("openLog"); }
-void CApp::showMainFrame() { stepHasNothingToDo("showMainFrame"); }
-void CApp::applyMode() { stepHasNothingToDo("applyMode"); }
-void CApp::startNewsChecks() { stepHasNothingToDo("startNewsChecks"); }
+void CApp::setUpFolders()
+{
+    stepHasNothingToDo("setUpFolders");
+}
+void CApp::selectLanguage()
+{
+    stepHasNothingToDo("selectLanguage");
+}
+void CApp::loadSkin()
+{
+    stepHasNothingToDo("loadSkin");
+}
+void CApp::loadLayoutFiles()
+{
+    stepHasNothingToDo("loadLayoutFiles");
+}
+void CApp::startSplash()
+{
+    stepHasNothingToDo("startSplash");
+}
+void CApp::prepareLinks()
+{
+    stepHasNothingToDo("prepareLinks");
+}
+void CApp::createGenreList()
+{
+    stepHasNothingToDo("createGenreList");
+}
+void CApp::readFirstStart()
+{
+    stepHasNothingToDo("readFirstStart");
+}
+void CApp::prepareFolderLooks()
+{
+    stepHasNothingToDo("prepareFolderLooks");
+}
+void CApp::createAudioPlayer()
+{
+    stepHasNothingToDo("createAudioPlayer");
+}
+void CApp::registerInputFileTypes()
+{
+    stepHasNothingToDo("registerInputFileTypes");
+}
+void CApp::registerOutputFileTypes()
+{
+    stepHasNothingToDo("registerOutputFileTypes");
+}
+void CApp::registerAudioFilters()
+{
+    stepHasNothingToDo("registerAudioFilters");
+}
+void CApp::registerCheckerFactories()
+{
+    stepHasNothingToDo("registerCheckerFactories");
+}
+void CApp::registerTagFactories()
+{
+    stepHasNothingToDo("registerTagFactories");
+}
+void CApp::startNewsChannels()
+{
+    stepHasNothingToDo("startNewsChannels");
+}
+void CApp::createModules()
+{
+    stepHasNothingToDo("createModules");
+}
+void CApp::createWizardAndStartScreen()
+{
+    stepHasNothingToDo("createWizardAndStartScreen");
+}
+void CApp::createMainWindow()
+{
+    stepHasNothingToDo("createMainWindow");
+}
+void CApp::closeSplash()
+{
+    stepHasNothingToDo("closeSplash");
+}
+void CApp::bringToForeground()
+{
+    stepHasNothingToDo("bringToForeground");
+}
+void CApp::openLog()
+{
+    stepHasNothingToDo("openLog");
+}
+void CApp::showMainFrame()
+{
+    stepHasNothingToDo("showMainFrame");
+}
+void CApp::applyMode()
+{
+    stepHasNothingToDo("applyMode");
+}
+void CApp::startNewsChecks()
+{
+    stepHasNothingToDo("startNewsChecks");
+}
 
 bool CApp::canExit()
 {
@@ -177,8 +253,8 @@ fenn::String CApp::getIllegalFileNameChars() const
 
 void CApp::logException(const fenn::String& action, const fenn::CException& exception)
 {
-    fenn::CLogManager::getInstance()->error(
-        kLogCategory, fenn::String("Exception during '") + action + "': " + exception.getDescription());
+    fenn::CLogManager::getInstance()->error(kLogCategory, fenn::String("Exception during '") + action +
+                                                              "': " + exception.getDescription());
 }
 
 }  // namespace tbx

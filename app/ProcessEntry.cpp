@@ -44,8 +44,8 @@ void addFrameworkPackages(fenn::IPackageManager& packages)
 
 void logFailure(const char* where, const fenn::CException& error)
 {
-    fenn::CLogManager::getInstance()->error(
-        "app", fenn::String(where) + ": " + error.getTitle() + ": " + error.getDescription());
+    fenn::CLogManager::getInstance()->error("app", fenn::String(where) + ": " + error.getTitle() + ": " +
+                                                       error.getDescription());
 }
 
 }  // namespace

@@ -9,8 +9,7 @@ namespace {
 
 // Shortest round-trip form: what a settings file writes must read back as
 // the same bits, and "0.1" reads better than "0.10000000000000001".
-template <class F>
-String floatingText(F value)
+template <class F> String floatingText(F value)
 {
     char buffer[64];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);

@@ -75,6 +75,7 @@ void CMultiEnum::reset()
 
 void CMultiEnum::remove()
 {
+    m_locked = true;
     if (m_lastReturnedFrom < 0) throw CInvalidObjectStateError(this, "nothing to remove");
     m_enums.get(m_lastReturnedFrom)->remove();
     m_lastReturnedFrom = -1;

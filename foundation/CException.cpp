@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "foundation/CCharEncodings.h"
+
 namespace fenn {
 
 CException::CException(String title, String description)
@@ -11,12 +13,16 @@ CException::CException(String title, String description)
 
 const char* CException::what() const noexcept
 {
-    if (m_description.isZeroTerminated()) return m_description.getData();
+    // Text already held as terminated multibyte text of the locale can be
+    // handed out as it is; anything else is converted.
+    if (m_description.isZeroTerminated() && m_description.hasEncoding(getCPEncoding().getID()))
+        return m_description.getData();
     // One buffer per thread: the text stays valid until this thread asks
     // another error for its text.
     thread_local std::string buffer;
     try {
-        buffer = m_description.toStdString();
+        const String converted = m_description.asCP();
+        buffer.assign(converted.getData(), static_cast<std::size_t>(converted.getByteSize()));
     } catch (...) {
         return "out of memory";
     }

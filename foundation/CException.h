@@ -9,14 +9,23 @@
 // Gives an error class its counted copy (clone) and the throw of its own
 // type (raise), which is how an error travels from a worker thread to the
 // thread that reports it.
-#define FENN_ERROR_CLASS(Class)                                                \
-public:                                                                        \
-    ::fenn::P<Class> clone() const { return ::fenn::P<Class>(cloneObject(), ::fenn::adopt); } \
-    [[noreturn]] void raise() const override { throw *this; }                  \
-                                                                               \
-protected:                                                                     \
-    Class* cloneObject() const override { return new Class(*this); }           \
-                                                                               \
+#define FENN_ERROR_CLASS(Class)                                                                                        \
+public:                                                                                                                \
+    ::fenn::P<Class> clone() const                                                                                     \
+    {                                                                                                                  \
+        return ::fenn::P<Class>(cloneObject(), ::fenn::adopt);                                                         \
+    }                                                                                                                  \
+    [[noreturn]] void raise() const override                                                                           \
+    {                                                                                                                  \
+        throw *this;                                                                                                   \
+    }                                                                                                                  \
+                                                                                                                       \
+protected:                                                                                                             \
+    Class* cloneObject() const override                                                                                \
+    {                                                                                                                  \
+        return new Class(*this);                                                                                       \
+    }                                                                                                                  \
+                                                                                                                       \
 public:
 
 namespace fenn {

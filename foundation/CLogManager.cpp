@@ -15,10 +15,14 @@ namespace {
 const char* levelWord(LogLevel level)
 {
     switch (level) {
-    case LogLevel::debug: return " debug";
-    case LogLevel::info: return "";
-    case LogLevel::warning: return " Warning";
-    case LogLevel::error: return " ERROR";
+    case LogLevel::debug:
+        return " debug";
+    case LogLevel::info:
+        return "";
+    case LogLevel::warning:
+        return " Warning";
+    case LogLevel::error:
+        return " ERROR";
     }
     return " UnknownLogLevel";
 }

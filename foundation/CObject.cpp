@@ -18,7 +18,7 @@ String getClassName(const std::type_info& type)
 {
     int status = 0;
     std::unique_ptr<char, void (*)(void*)> demangled(abi::__cxa_demangle(type.name(), nullptr, nullptr, &status),
-                                                      std::free);
+                                                     std::free);
     return String::copyOf(status == 0 && demangled ? demangled.get() : type.name());
 }
 

@@ -41,9 +41,8 @@ CObjectError::CObjectError(String title, const CObjectDescription& object, const
 
 CCastError::CCastError(const IBase* object, const std::type_info& target)
     : CObjectError("Cast error", CObjectDescription(object),
-                   String("Error casting a '") +
-                       (object != nullptr ? getClassName(typeid(*object)) : String("null")) + "' object to '" +
-                       getClassName(target) + "'.")
+                   String("Error casting a '") + (object != nullptr ? getClassName(typeid(*object)) : String("null")) +
+                       "' object to '" + getClassName(target) + "'.")
 {
 }
 
@@ -66,8 +65,8 @@ CEndOfEnumError::CEndOfEnumError(const CObjectDescription& enumerator)
 }
 
 CMethodNotImplementedError::CMethodNotImplementedError(const CObjectDescription& object, const String& method)
-    : CObjectError(object, String("Method not implemented (") + object.getText() + "): " +
-                               orDefault(method, "unspecified method."))
+    : CObjectError(object, String("Method not implemented (") + object.getText() +
+                               "): " + orDefault(method, "unspecified method."))
 {
 }
 

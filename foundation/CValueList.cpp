@@ -5,56 +5,10 @@
 #include "foundation/CBoxedValues.h"
 #include "foundation/CObjectError.h"
 #include "foundation/TCast.h"
-#include "foundation/UTF8.h"
 
 namespace fenn {
 
 namespace {
-
-bool isFoldableUpper(std::uint32_t codePoint)
-{
-    return (codePoint >= 'A' && codePoint <= 'Z') || (codePoint >= 0xC0 && codePoint <= 0xDE && codePoint != 0xD7);
-}
-
-// FIXME: folds only ASCII and the Latin-1 capitals; full Unicode folding replaces it once String has it.
-// Bytes that are not a valid code point are kept as they are.
-String toLowerCaseKey(const String& name)
-{
-    const char* data = name.getData();
-    const std::int32_t size = name.getByteSize();
-
-    std::int32_t pos = 0;
-    bool changes = false;
-    while (pos < size && !changes) {
-        std::uint32_t codePoint = 0;
-        const std::int32_t next = utf8::decodeStrict(data, size, pos, codePoint);
-        if (next < 0) {
-            ++pos;
-            continue;
-        }
-        changes = isFoldableUpper(codePoint);
-        pos = next;
-    }
-    if (!changes) return name;
-
-    std::string folded;
-    folded.reserve(static_cast<std::size_t>(size));
-    for (pos = 0; pos < size;) {
-        std::uint32_t codePoint = 0;
-        const std::int32_t next = utf8::decodeStrict(data, size, pos, codePoint);
-        if (next < 0) {
-            folded += data[pos++];
-        } else if (isFoldableUpper(codePoint)) {
-            // Both ranges have their small letters 0x20 above the capitals.
-            utf8::append(folded, codePoint + 0x20);
-            pos = next;
-        } else {
-            folded.append(data + pos, static_cast<std::size_t>(next - pos));
-            pos = next;
-        }
-    }
-    return String::copyOf(folded);
-}
 
 // A name from an enumerator of names; IString is immutable, so the const of
 // the element is no loss.
@@ -70,7 +24,7 @@ CValueList::CValueList(CaseSensitivity caseSensitivity) : m_caseSensitivity(case
 
 String CValueList::makeKey(const String& name) const
 {
-    return m_caseSensitivity == CaseSensitivity::sensitive ? name : toLowerCaseKey(name);
+    return m_caseSensitivity == CaseSensitivity::sensitive ? name : name.toLowerCase();
 }
 
 const CValueList::Entry* CValueList::findEntry(const String& name) const

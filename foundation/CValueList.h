@@ -9,10 +9,6 @@
 
 namespace fenn {
 
-// Whether two names that differ only in the case of their letters are the
-// same name.
-enum class CaseSensitivity { sensitive, insensitive };
-
 // The value list in memory: a hash table from the name's key to the name as
 // first given and its value. With CaseSensitivity::insensitive the key is the
 // name in lower case, so "Foo" and "FOO" meet, and getNames still gives the

@@ -10,8 +10,7 @@ namespace fenn::texts {
 inline constexpr TextKey endOfEnum{"fenn.CEndOfEnumError.desc", "end of enumeration already reached"};
 inline constexpr TextKey uriTypeNotSupportedGeneral{"fenn.CURITypeNotSupportedError.GeneralDesc",
                                                     "This type URI is not supported."};
-inline constexpr TextKey uriTypeNotSupported{"fenn.CURITypeNotSupportedError.Desc",
-                                             "This type URI is not supported."};
+inline constexpr TextKey uriTypeNotSupported{"fenn.CURITypeNotSupportedError.Desc", "This type URI is not supported."};
 inline constexpr TextKey uriFormatGeneral{"fenn.CURIFormatError.GeneralDesc", "The URI has an invalid format."};
 inline constexpr TextKey uriFormat{"fenn.CURIFormatError.Desc", "The URI ('%URI%') has an invalid format."};
 inline constexpr TextKey fileNotFoundGeneral{"fenn.CFileNotFoundError.GeneralDesc", "The file was not found."};
@@ -29,6 +28,12 @@ inline constexpr TextKey multiEnumAddLocked{
 inline constexpr TextKey constMultiEnumAddLocked{
     "fenn.CConstMultiEnum.addLocked",
     "No more sub enums can be added to a multi enum after one of its IConstEnum methods has been called."};
+inline constexpr TextKey doubleParseError{"fenn.CDouble.parseError", "Error parsing floating point value."};
+inline constexpr TextKey dataSizeBytes{"fenn.dataSize.Bytes", "Bytes"};
+inline constexpr TextKey dataSizeKB{"fenn.dataSize.KB", "KB"};
+inline constexpr TextKey dataSizeMB{"fenn.dataSize.MB", "MB"};
+inline constexpr TextKey dataSizeGB{"fenn.dataSize.GB", "GB"};
+inline constexpr TextKey dataSizeTB{"fenn.dataSize.TB", "TB"};
 
 inline constexpr TextKey all[] = {endOfEnum,
                                   uriTypeNotSupportedGeneral,
@@ -42,6 +47,12 @@ inline constexpr TextKey all[] = {endOfEnum,
                                   noSuchObject,
                                   readOnly,
                                   multiEnumAddLocked,
-                                  constMultiEnumAddLocked};
+                                  constMultiEnumAddLocked,
+                                  doubleParseError,
+                                  dataSizeBytes,
+                                  dataSizeKB,
+                                  dataSizeMB,
+                                  dataSizeGB,
+                                  dataSizeTB};
 
 }  // namespace fenn::texts

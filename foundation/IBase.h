@@ -29,8 +29,7 @@ public:
 
     // Lets a wrapper present what it wraps to TCast. The default offers
     // nothing and lets the cast go on with the type information.
-    virtual bool getCastDelegates(const std::type_info& type, IBase*& primary,
-                                  const CCastDelegateList*& others);
+    virtual bool getCastDelegates(const std::type_info& type, IBase*& primary, const CCastDelegateList*& others);
 
     virtual String toString() const = 0;
 };

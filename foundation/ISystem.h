@@ -30,5 +30,4 @@ public:
 P<ISystem> getSystem();
 void setSystem(P<ISystem> system);
 
-
 }  // namespace fenn

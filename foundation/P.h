@@ -15,8 +15,7 @@ inline constexpr AdoptTag adopt{};
 
 // Counted pointer. Copying takes a count on the new value before it lets go of
 // the old one, so self-assignment is safe.
-template <class T>
-class P
+template <class T> class P
 {
 public:
     P() noexcept = default;
@@ -25,15 +24,8 @@ public:
     P(T* object, AdoptTag) noexcept : m_object(object) {}
     P(const P& other) noexcept : m_object(other.m_object) { take(m_object); }
     P(P&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
-    template <class U>
-    P(const P<U>& other) noexcept : m_object(other.get())
-    {
-        take(m_object);
-    }
-    template <class U>
-    P(P<U>&& other) noexcept : m_object(other.detach())
-    {
-    }
+    template <class U> P(const P<U>& other) noexcept : m_object(other.get()) { take(m_object); }
+    template <class U> P(P<U>&& other) noexcept : m_object(other.detach()) {}
     ~P() { drop(m_object); }
 
     P& operator=(const P& other) noexcept { return assign(other.m_object); }
@@ -75,16 +67,13 @@ private:
 };
 
 // Counted pointer to a const object; counts like P.
-template <class T>
-using PC = P<const T>;
+template <class T> using PC = P<const T>;
 
-template <class T, class U>
-bool operator==(const P<T>& a, const P<U>& b) noexcept
+template <class T, class U> bool operator==(const P<T>& a, const P<U>& b) noexcept
 {
     return a.get() == b.get();
 }
-template <class T>
-bool operator==(const P<T>& a, std::nullptr_t) noexcept
+template <class T> bool operator==(const P<T>& a, std::nullptr_t) noexcept
 {
     return a.get() == nullptr;
 }
@@ -95,8 +84,7 @@ enum class Hold { strong, frail };
 // A pointer that holds a count only when strong. A frail one neither keeps its
 // object alive nor is cleared when the object dies: whoever registers a frail
 // reference promises to remove it before the object goes.
-template <class T>
-class PFrail
+template <class T> class PFrail
 {
 public:
     PFrail() noexcept = default;
@@ -138,8 +126,7 @@ private:
 };
 
 // The one way to create a counted object: the new object's count is adopted.
-template <class T, class... Args>
-P<T> make(Args&&... args)
+template <class T, class... Args> P<T> make(Args&&... args)
 {
     return P<T>(new T(std::forward<Args>(args)...), adopt);
 }

@@ -10,8 +10,7 @@ namespace fenn {
 // first: a false answer refuses the cast; a primary delegate, with deep set,
 // is cast in the object's place; otherwise the language's type information
 // decides, and the further delegates are tried in order as a last resort.
-template <class T>
-T* TCast(IBase* object, bool deep = true)
+template <class T> T* TCast(IBase* object, bool deep = true)
 {
     if (object == nullptr) return nullptr;
     IBase* primary = nullptr;
@@ -25,29 +24,25 @@ T* TCast(IBase* object, bool deep = true)
     return nullptr;
 }
 
-template <class T>
-const T* TCast(const IBase* object, bool deep = true)
+template <class T> const T* TCast(const IBase* object, bool deep = true)
 {
     return TCast<T>(const_cast<IBase*>(object), deep);
 }
 
-template <class T, class U>
-P<T> TCast(const P<U>& object, bool deep = true)
+template <class T, class U> P<T> TCast(const P<U>& object, bool deep = true)
 {
     return P<T>(TCast<T>(static_cast<IBase*>(const_cast<std::remove_const_t<U>*>(object.get())), deep));
 }
 
 // As TCast, but a non-null object that does not cast throws CCastError.
-template <class T>
-T* TCastChecked(IBase* object, bool deep = true)
+template <class T> T* TCastChecked(IBase* object, bool deep = true)
 {
     T* result = TCast<T>(object, deep);
     if (result == nullptr && object != nullptr) throw CCastError(object, typeid(T));
     return result;
 }
 
-template <class T, class U>
-P<T> TCastChecked(const P<U>& object, bool deep = true)
+template <class T, class U> P<T> TCastChecked(const P<U>& object, bool deep = true)
 {
     return P<T>(TCastChecked<T>(static_cast<IBase*>(const_cast<std::remove_const_t<U>*>(object.get())), deep));
 }

@@ -6,14 +6,12 @@ namespace fenn {
 
 // A callback of one argument: an object and one of its member functions,
 // stored by value so that it can be found again for removal.
-template <class A>
-struct TDelegate1
+template <class A> struct TDelegate1
 {
     void* target = nullptr;
     void (*thunk)(void*, A) = nullptr;
 
-    template <class C, void (C::*Method)(A)>
-    static TDelegate1 bind(C* object)
+    template <class C, void (C::*Method)(A)> static TDelegate1 bind(C* object)
     {
         return TDelegate1{object, [](void* self, A argument) { (static_cast<C*>(self)->*Method)(argument); }};
     }
@@ -22,8 +20,7 @@ struct TDelegate1
 };
 
 // A small group of callbacks, fired in the order in which they were added.
-template <class A>
-class TDelegateGroup1
+template <class A> class TDelegateGroup1
 {
 public:
     void add(const TDelegate1<A>& delegate) { m_delegates.add(delegate); }

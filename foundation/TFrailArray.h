@@ -45,16 +45,14 @@ protected:
 // stores a frail one that does not, and that the listener must remove in its
 // own shutdown. notify walks from the last entry to the first, on a copy of
 // each entry, so a listener may remove itself while it is called.
-template <class I>
-class TFrailArray : public CFrailArrayTemplateBase
+template <class I> class TFrailArray : public CFrailArrayTemplateBase
 {
 public:
     void add(I* listener) { addEntry(listener, Hold::strong); }
     void addFrail(I* listener) { addEntry(listener, Hold::frail); }
     bool remove(I* listener) { return removeEntry(listener); }
 
-    template <class F>
-    void notify(F&& call) const
+    template <class F> void notify(F&& call) const
     {
         for (std::int32_t i = m_entries->getCount() - 1; i >= 0; --i) {
             if (i >= m_entries->getCount()) continue;

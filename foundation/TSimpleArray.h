@@ -33,8 +33,7 @@ protected:
 // A growing array of values. Removal shifts the later elements down; the
 // vacated slots keep their old values until they are overwritten (see
 // TCleaningSimpleArray for the form that resets them).
-template <class E>
-class TSimpleArray : public CSimpleArrayTemplateBase
+template <class E> class TSimpleArray : public CSimpleArrayTemplateBase
 {
 public:
     explicit TSimpleArray(std::int32_t initialCapacity = 0, std::int32_t growthStep = 10)
@@ -159,8 +158,7 @@ protected:
 
 // A TSimpleArray that resets every vacated slot to the default value at once,
 // so that references held by removed elements are released at once.
-template <class E>
-class TCleaningSimpleArray : public TSimpleArray<E>
+template <class E> class TCleaningSimpleArray : public TSimpleArray<E>
 {
 public:
     using TSimpleArray<E>::TSimpleArray;

@@ -11,17 +11,14 @@ namespace fenn {
 
 // How a key type hashes. Strings hash their code points, so the same text
 // in any encoding lands in the same bucket.
-template <class K, class Enable = void>
-struct THashTraits;
+template <class K, class Enable = void> struct THashTraits;
 
-template <>
-struct THashTraits<String>
+template <> struct THashTraits<String>
 {
     static std::uint32_t hash(const String& key) { return key.hash(); }
 };
 
-template <class K>
-struct THashTraits<K, std::enable_if_t<std::is_integral_v<K> || std::is_enum_v<K>>>
+template <class K> struct THashTraits<K, std::enable_if_t<std::is_integral_v<K> || std::is_enum_v<K>>>
 {
     static std::uint32_t hash(K key)
     {
@@ -30,8 +27,7 @@ struct THashTraits<K, std::enable_if_t<std::is_integral_v<K> || std::is_enum_v<K
     }
 };
 
-template <class K>
-struct THashTraits<K*>
+template <class K> struct THashTraits<K*>
 {
     static std::uint32_t hash(const K* key)
     {
@@ -67,8 +63,7 @@ protected:
 // A chained hash table. Each entry keeps its hash, so growth relinks entries
 // without hashing again. The bucket array grows and never shrinks. Not
 // locked: its owner locks it when it shares it.
-template <class K, class V, class Traits = THashTraits<K>>
-class TSimpleHashTable : public CSimpleHashTableTemplateBase
+template <class K, class V, class Traits = THashTraits<K>> class TSimpleHashTable : public CSimpleHashTableTemplateBase
 {
 public:
     struct Entry
@@ -139,8 +134,7 @@ public:
     }
 
     // Calls visit(key, value) for every entry, in bucket order.
-    template <class F>
-    void forEach(F&& visit) const
+    template <class F> void forEach(F&& visit) const
     {
         for (std::int32_t i = 0; i < m_bucketCount; ++i) {
             for (const Entry* entry = m_buckets[i]; entry; entry = entry->next) visit(entry->key, entry->value);

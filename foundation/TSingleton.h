@@ -30,8 +30,7 @@ void waitForSingleton();
 // singleton mutex; every caller then waits until both guard words carry
 // their marks, so no thread sees a half-built object, even one whose holder
 // memory is still zero.
-template <class T>
-class TSingleton
+template <class T> class TSingleton
 {
 public:
     using Factory = P<T> (*)();

@@ -25,13 +25,17 @@ std::int32_t decodeStrict(const char* data, std::int32_t size, std::int32_t pos,
     } else {
         return -1;
     }
-    if (value == 0) return -1;
     if (size - pos < length) return -1;
     for (int i = 1; i < length; ++i) {
         const auto next = static_cast<std::uint8_t>(data[pos + i]);
         if ((next & 0xC0) != 0x80) return -1;
         value = (value << 6) | (next & 0x3F);
     }
+    // Overlong forms led by C0, E0 and F0 (the leads without payload bits)
+    // are refused; other overlong forms, such as C1 81, are taken as they
+    // stand. E0 and F0 also lead the shortest forms of U+0800..U+0FFF and
+    // U+10000..U+3FFFF, which stay valid.
+    if (lead == 0xC0 || (lead == 0xE0 && value < 0x800) || (lead == 0xF0 && value < 0x10000)) return -1;
     if (length == 4 && value >= 0x110000) return -1;
     codePoint = value;
     return pos + length;

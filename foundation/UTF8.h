@@ -6,8 +6,8 @@
 namespace fenn::utf8 {
 
 // Decodes the code point at pos. Strict: returns the position after it, or -1
-// at invalid data or at the end. A lead byte with zero payload bits (C0, E0,
-// F0) is invalid; other overlong forms are accepted as they stand.
+// at invalid data or at the end. Overlong forms led by C0, E0 or F0 are
+// invalid; other overlong forms (C1 81) are accepted as they stand.
 std::int32_t decodeStrict(const char* data, std::int32_t size, std::int32_t pos, std::uint32_t& codePoint);
 
 // As decodeStrict, but steps over invalid bytes one at a time; -1 only at the end.

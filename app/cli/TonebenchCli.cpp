@@ -9,12 +9,11 @@ namespace {
 
 void printUsage(std::FILE* out)
 {
-    std::fprintf(out,
-                 "Usage: tonebench-cli COMMAND [ARGUMENTS]\n"
-                 "\n"
-                 "Commands:\n"
-                 "  version    print the program's version\n"
-                 "  help       print this text\n");
+    std::fprintf(out, "Usage: tonebench-cli COMMAND [ARGUMENTS]\n"
+                      "\n"
+                      "Commands:\n"
+                      "  version    print the program's version\n"
+                      "  help       print this text\n");
 }
 
 }  // namespace

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "foundation/CPackageBase.h"
+#include "foundation/posix/CDiskStreamFactory.h"
 #include "foundation/posix/CSystem.h"
 
 namespace fenn::posix {
 
-// The platform package: installs the SDL-backed platform object when it
-// starts and removes it when it stops. SDL itself is started by the process
+// The platform package: installs the SDL-backed platform object and the
+// disk stream factory when it starts and removes them when it stops. SDL itself is started by the process
 // (CPlatformSession) before any package.
 class CPackage : public CPackageBase
 {
@@ -19,6 +20,7 @@ protected:
 
 private:
     P<CSystem> m_system;
+    P<CDiskStreamFactory> m_diskStreams;
 };
 
 // Starts SDL for the life of the process: video, events and timers, which

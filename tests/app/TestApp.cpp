@@ -16,12 +16,8 @@ TEST(AppVersion, PacksAndParsesDottedVersions)
         std::uint32_t expected;
     };
     const Case cases[] = {
-        {"3.50", (((3u << 8) | 50u) << 16)},
-        {"3.50.7", (((3u << 8) | 50u) << 16) | 7u},
-        {"3", 3u << 24},
-        {"", 0},
-        {"1.2.3.4", tbx::makeVersion(1, 2, 3)},
-        {"2.7beta", tbx::makeVersion(2, 7, 0)},
+        {"3.50", (((3u << 8) | 50u) << 16)},    {"3.50.7", (((3u << 8) | 50u) << 16) | 7u}, {"3", 3u << 24}, {"", 0},
+        {"1.2.3.4", tbx::makeVersion(1, 2, 3)}, {"2.7beta", tbx::makeVersion(2, 7, 0)},
     };
     for (const Case& c : cases) EXPECT_EQ(tbx::parseVersion(c.text), c.expected) << c.text;
     EXPECT_EQ(tbx::getVersionString(), fenn::String("3.50"));

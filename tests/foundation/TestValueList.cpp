@@ -43,11 +43,15 @@ TEST(ValueList, NamesMeetOnlyWhenTheCaseRuleAllows)
         {"Foo", "FOO", true},
         {"Foo", "foo", true},
         {"Foo", "Fo", false},
-        {"\xC3\x84rger", "\xC3\xA4RGER", true},   // Ä / ä
-        {"\xC3\x9E", "\xC3\xBE", true},           // Þ / þ, the last folded capital
-        {"\xC3\x97", "\xC3\xB7", false},          // × / ÷ are not letters
-        {"\xC3\x9F", "\xC3\xBF", false},          // ß is no capital of ÿ
-        {"a\xFF" "B", "A\xFF" "b", true},         // a stray byte does not stop the folding
+        {"\xC3\x84rger", "\xC3\xA4RGER", true},  // Ä / ä
+        {"\xC3\x9E", "\xC3\xBE", true},          // Þ / þ, the last folded capital
+        {"\xC3\x97", "\xC3\xB7", false},         // × / ÷ are not letters
+        {"\xC3\x9F", "\xC3\xBF", false},         // ß is no capital of ÿ
+        {"a\xFF"
+         "B",
+         "A\xFF"
+         "b",
+         true},  // a stray byte does not stop the folding
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.stored) + " / " + c.asked);

@@ -8,14 +8,10 @@
 
 namespace tbtest {
 
-SineSource::SineSource(std::int32_t sampleRate, std::int32_t channels, std::int64_t frames,
-                       std::int32_t framesPerRead, double frequency, double amplitude)
-    : m_sampleRate(sampleRate),
-      m_channels(channels),
-      m_frames(frames),
-      m_framesPerRead(framesPerRead),
-      m_frequency(frequency),
-      m_amplitude(amplitude)
+SineSource::SineSource(std::int32_t sampleRate, std::int32_t channels, std::int64_t frames, std::int32_t framesPerRead,
+                       double frequency, double amplitude)
+    : m_sampleRate(sampleRate), m_channels(channels), m_frames(frames), m_framesPerRead(framesPerRead),
+      m_frequency(frequency), m_amplitude(amplitude)
 {
 }
 

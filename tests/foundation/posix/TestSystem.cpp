@@ -5,14 +5,22 @@
 #include <thread>
 #include <vector>
 
+#include <fstream>
+
 #include "foundation/CError.h"
+#include "foundation/CPackageManager.h"
+#include "foundation/CStreamManager.h"
 #include "foundation/CSystemExitAction.h"
+#include "foundation/CURIError.h"
+#include "foundation/Core.h"
 #include "foundation/ISystem.h"
 #include "foundation/posix/CPackage.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
 using fenn::P;
+using fenn::String;
 
 std::atomic<int> g_liveActions{0};
 
@@ -94,6 +102,30 @@ TEST_F(SystemLoop, PumpRunsWhatIsPendingAndUnrunActionsAreReleased)
     m_system->discardPending();
     EXPECT_EQ(g_liveActions.load(), 0);
     EXPECT_EQ(m_record.size(), 2u);
+}
+
+TEST(PlatformPackage, InstallsTheLoopAndTheDiskStreamsWhileItRuns)
+{
+    fenn::posix::CPlatformSession platform;
+    tbtest::TempFolder folder;
+    const std::string path = (folder / "a b%.txt").string();
+    std::ofstream(path) << "data";
+
+    P<fenn::CPackageManager> packages = fenn::startCore();
+    packages->addPackage(fenn::make<fenn::posix::CPackage>());
+    packages->startAll();
+    EXPECT_TRUE(fenn::getSystem());
+    P<fenn::IInStream> in = fenn::CStreamManager::getInstance()->openInStream(String::copyOf(path));
+    char text[4];
+    in->read(text, 4);
+    EXPECT_EQ(std::string(text, 4), "data");
+    in->close();
+
+    packages->stopAll();
+    EXPECT_FALSE(fenn::getSystem());
+    EXPECT_THROW(fenn::CStreamManager::getInstance()->openInStream(String::copyOf(path)), fenn::CFileNotFoundError);
+    packages = nullptr;
+    fenn::stopCore();
 }
 
 }  // namespace
