@@ -2,9 +2,15 @@
 
 #include <iterator>
 
+#include "app/ApplicationLog.h"
 #include "app/Version.h"
 #include "foundation/CLogManager.h"
 #include "foundation/ISystem.h"
+#include "foundation/posix/CRegistryValueStore.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <random>
 
 namespace tbx {
 
@@ -66,6 +72,7 @@ const CApp::StartupStep CApp::kStartupSteps[25] = {
 };
 
 CApp::CApp()
+    : m_settings(fenn::posix::openUserValueStore()), m_machineSettings(fenn::posix::openMachineValueStore())
 {
     setApp(this);
     try {
@@ -78,6 +85,7 @@ CApp::CApp()
 
 CApp::~CApp()
 {
+    if (m_log) fenn::CLogManager::getInstance()->removeLog(m_log.get());
     if (fenn::P<fenn::ISystem> system = fenn::getSystem()) system->setQuitRequestHandler(nullptr);
     if (getApp() == this) setApp(nullptr);
 }
@@ -133,7 +141,8 @@ void CApp::createGenreList()
 }
 void CApp::readFirstStart()
 {
-    stepHasNothingToDo("readFirstStart");
+    m_firstStart = getIntValue("firstStart", 1) != 0;
+    setIntValue("firstStart", 0);
 }
 void CApp::prepareFolderLooks()
 {
@@ -187,9 +196,29 @@ void CApp::bringToForeground()
 {
     stepHasNothingToDo("bringToForeground");
 }
+// The log goes to the user's data folder ($XDG_DATA_HOME, else
+// ~/.local/share) under the program's name; the folder is made when missing.
 void CApp::openLog()
 {
-    stepHasNothingToDo("openLog");
+    const char* dataHome = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    std::filesystem::path folder = dataHome != nullptr && dataHome[0] == '/'
+                                       ? std::filesystem::path(dataHome)
+                                       : std::filesystem::path(home != nullptr ? home : "/tmp") / ".local/share";
+    folder /= kProductName;
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+
+    std::mt19937 random(std::random_device{}());
+    auto logManager = fenn::CLogManager::getInstance();
+    m_log = openApplicationLog(folder, random);
+    if (!m_log) {
+        logManager->warning(kLogCategory,
+                            "Error opening log file. Please verify that it is not used by another application.");
+        return;
+    }
+    logManager->addLog(m_log);
+    for (const fenn::String& line : makeSystemReport()) m_log->info(fenn::String(), line);
 }
 void CApp::showMainFrame()
 {
@@ -249,6 +278,53 @@ std::uint32_t CApp::makeVersion(std::uint32_t a, std::uint32_t b, std::uint32_t 
 fenn::String CApp::getIllegalFileNameChars() const
 {
     return "\\/:*?\"<>|";
+}
+
+void CApp::setStringValue(const fenn::String& name, const fenn::String& value)
+{
+    m_settings->setString(name, value);
+}
+
+void CApp::setIntValue(const fenn::String& name, std::int32_t value)
+{
+    m_settings->setInt(name, value);
+}
+
+namespace {
+
+fenn::String readText(const fenn::IValueStore& store, const fenn::String& name, const fenn::String& defaultValue)
+{
+    bool found = false;
+    const fenn::String value = store.getString(name, defaultValue, found);
+    return found && !value.isEmpty() ? value : defaultValue;
+}
+
+std::int32_t readNumber(const fenn::IValueStore& store, const fenn::String& name, std::int32_t defaultValue)
+{
+    bool found = false;
+    return store.getInt(name, defaultValue, found);
+}
+
+}  // namespace
+
+fenn::String CApp::getStringValue(const fenn::String& name, const fenn::String& defaultValue)
+{
+    return readText(*m_settings, name, defaultValue);
+}
+
+std::int32_t CApp::getIntValue(const fenn::String& name, std::int32_t defaultValue)
+{
+    return readNumber(*m_settings, name, defaultValue);
+}
+
+fenn::String CApp::getMachineStringValue(const fenn::String& name, const fenn::String& defaultValue)
+{
+    return readText(*m_machineSettings, name, defaultValue);
+}
+
+std::int32_t CApp::getMachineIntValue(const fenn::String& name, std::int32_t defaultValue)
+{
+    return readNumber(*m_machineSettings, name, defaultValue);
 }
 
 void CApp::logException(const fenn::String& action, const fenn::CException& exception)

@@ -3,7 +3,9 @@
 #include <cstdint>
 
 #include "app/IApp.h"
+#include "foundation/ILog.h"
 #include "foundation/CObject.h"
+#include "foundation/IValueStore.h"
 
 namespace tbx {
 
@@ -30,6 +32,13 @@ public:
     std::uint32_t makeVersion(std::uint32_t a, std::uint32_t b, std::uint32_t c) const override;
     fenn::String getIllegalFileNameChars() const override;
     void logException(const fenn::String& action, const fenn::CException& exception) override;
+    void setStringValue(const fenn::String& name, const fenn::String& value) override;
+    void setIntValue(const fenn::String& name, std::int32_t value) override;
+    fenn::String getStringValue(const fenn::String& name, const fenn::String& defaultValue) override;
+    std::int32_t getIntValue(const fenn::String& name, std::int32_t defaultValue) override;
+    fenn::String getMachineStringValue(const fenn::String& name, const fenn::String& defaultValue) override;
+    std::int32_t getMachineIntValue(const fenn::String& name, std::int32_t defaultValue) override;
+    bool isFirstStart() const override { return m_firstStart; }
 
     struct StartupStep
     {
@@ -70,8 +79,11 @@ private:
     void applyMode();
     void startNewsChecks();
 
+    fenn::P<fenn::IValueStore> m_settings;
+    fenn::P<fenn::IValueStore> m_machineSettings;
     std::int32_t m_mode = 1;
     bool m_firstStart = false;
+    fenn::P<fenn::ILog> m_log;
 };
 
 }  // namespace tbx

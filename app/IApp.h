@@ -30,6 +30,17 @@ public:
     // to FAT and NTFS media and players: \ / : * ? " < > |
     virtual fenn::String getIllegalFileNameChars() const = 0;
 
+    // The settings of the current user, and the read-only ones of the machine.
+    virtual void setStringValue(const fenn::String& name, const fenn::String& value) = 0;
+    virtual void setIntValue(const fenn::String& name, std::int32_t value) = 0;
+    // The default unless the value is a non-empty text.
+    virtual fenn::String getStringValue(const fenn::String& name, const fenn::String& defaultValue) = 0;
+    // The default unless the value is a 32-bit number.
+    virtual std::int32_t getIntValue(const fenn::String& name, std::int32_t defaultValue) = 0;
+    virtual fenn::String getMachineStringValue(const fenn::String& name, const fenn::String& defaultValue) = 0;
+    virtual std::int32_t getMachineIntValue(const fenn::String& name, std::int32_t defaultValue) = 0;
+    virtual bool isFirstStart() const = 0;
+
     // Writes "Exception during '<action>': <description>" to the log.
     virtual void logException(const fenn::String& action, const fenn::CException& exception) = 0;
 };

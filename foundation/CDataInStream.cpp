@@ -94,7 +94,7 @@ String CDataInOperations::readString()
 {
     const std::int32_t length = readInt32();
     if (length < 0) {
-        throw CStreamError(uriText(getURI()), "Invalid string length in data stream (uri: '%URI%').");
+        throw CStreamError(getURI(), "Invalid string length in data stream (uri: '%URI%').");
     }
     std::string bytes;
     while (bytes.size() < static_cast<std::size_t>(length)) {

@@ -44,7 +44,7 @@ P<IStreamBase> CMemoryIOStream::getDelegate() const
 
 void CMemoryIOStream::read(void* buffer, std::int32_t size)
 {
-    if (readSome(buffer, size) != size) throw CEndOfStreamError(uriText(m_uri));
+    if (readSome(buffer, size) != size) throw CEndOfStreamError(m_uri);
 }
 
 std::int32_t CMemoryIOStream::readSome(void* buffer, std::int32_t size)

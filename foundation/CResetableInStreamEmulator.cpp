@@ -65,7 +65,7 @@ void CResetableInStreamEmulator::read(void* buffer, std::int32_t size)
     // may deliver less than asked, so an exact read collects pieces.
     while (done < size) {
         const std::int32_t count = readSome(bytes + done, size - done);
-        if (count == 0) throw CEndOfStreamError(uriText(getURI()));
+        if (count == 0) throw CEndOfStreamError(getURI());
         done += count;
     }
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "foundation/CURI.h"
 #include "foundation/IBase.h"
 #include "foundation/P.h"
 #include "foundation/String.h"
@@ -17,13 +18,12 @@
 
 namespace fenn {
 
-// How a stream names its place. Streams hold the URI as text until the URI
-// class exists; everything that hands a stream's URI around uses this alias
-// and uriText, so the switch touches these two lines.
-using StreamURI = String;
+// How a stream names its place, and the text of that name as error
+// messages quote it (the URI as it was written).
+using StreamURI = CURI;
 inline String uriText(const StreamURI& uri)
 {
-    return uri;
+    return uri.getRawURI();
 }
 
 class IStreamMarker;

@@ -131,7 +131,7 @@ public:
 private:
     template <class Stream> static P<Stream> found(P<Stream> stream, const StreamURI& uri)
     {
-        if (!stream) throw CFileNotFoundError(uriText(uri));
+        if (!stream) throw CFileNotFoundError(uri);
         return stream;
     }
 };

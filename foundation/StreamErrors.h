@@ -14,7 +14,7 @@ namespace fenn {
 
 [[noreturn]] inline void throwStreamClosed(const StreamURI& uri)
 {
-    throw CStreamClosedError(uriText(uri), "The stream is closed (uri: '%URI%').");
+    throw CStreamClosedError(uri, "The stream is closed (uri: '%URI%').");
 }
 
 // A byte count handed to read, readSome or write must not be negative.

@@ -1,10 +1,10 @@
 #include "foundation/TSingleton.h"
 
-#include <chrono>
 #include <cstdlib>
-#include <thread>
 #include <utility>
 #include <vector>
+
+#include "foundation/CTimerManager.h"
 
 namespace fenn {
 
@@ -57,7 +57,7 @@ void releaseSingletons()
 
 void waitForSingleton()
 {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    CTimerManager::getInstance()->sleep(1);
 }
 
 }  // namespace fenn

@@ -47,7 +47,7 @@ struct OpenedFile
 
 [[noreturn]] void throwSystemError(const StreamURI& uri, const char* action, int error)
 {
-    throw CStreamError(uriText(uri), describeSystemError(action, error));
+    throw CStreamError(uri, describeSystemError(action, error));
 }
 
 // The path that deleteOnClose removes, absolute so that a later change of
@@ -105,7 +105,7 @@ OpenedFile openFile(const std::string& path, const StreamURI& uri, Access access
         } while (result != 0 && errno == EINTR);
         if (result != 0) {
             if (errno == EWOULDBLOCK) {
-                throw CStreamError(uriText(uri), "Cannot open '%URI%': another stream holds the file exclusively.");
+                throw CStreamError(uri, "Cannot open '%URI%': another stream holds the file exclusively.");
             }
             throwSystemError(uri, "Cannot lock", errno);
         }
@@ -217,7 +217,7 @@ void CDiskStream::seekToEnd()
 
 void CDiskStream::readBytes(void* buffer, std::int32_t size)
 {
-    if (readSomeBytes(buffer, size) != size) throw CEndOfStreamError(uriText(m_uri));
+    if (readSomeBytes(buffer, size) != size) throw CEndOfStreamError(m_uri);
 }
 
 std::int32_t CDiskStream::readSomeBytes(void* buffer, std::int32_t size)
@@ -263,7 +263,7 @@ void CDiskStream::writeBytes(const void* buffer, std::int32_t size)
     // A regular file writes short when the disk fills up; the next call
     // would name the cause, but this stream makes one call per write.
     if (count != size)
-        throw CStreamError(uriText(m_uri), "Cannot write to '%URI%': only part of the data was written.");
+        throw CStreamError(m_uri, "Cannot write to '%URI%': only part of the data was written.");
 }
 
 void CDiskStream::flushBytes()

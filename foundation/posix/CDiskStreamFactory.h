@@ -7,10 +7,10 @@
 namespace fenn::posix {
 
 // Opens disk streams for "file:" URIs ("file:///home/a%20b/x.wav") and for
-// text without a scheme, which is taken as a POSIX path as it stands. A
-// "file:" URI with a host, a query or a fragment, or with a broken "%XX"
-// escape, throws CURIFormatError. Other schemes and missing files give null
-// from the try forms. Holds no state; any thread may call it.
+// URIs without a scheme, whose decoded path is a POSIX path (CURI::toPath).
+// A "file:" URI with a host, a query or a fragment throws CURIFormatError.
+// Other schemes and missing files give null from the try forms. Holds no
+// state; any thread may call it.
 class CDiskStreamFactory : public CObject, public CStreamFactoryBase
 {
 public:

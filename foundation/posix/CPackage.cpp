@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "foundation/CError.h"
+#include "foundation/CFileSystemManager.h"
 #include "foundation/CLogManager.h"
 #include "foundation/CStreamManager.h"
 
@@ -19,10 +20,14 @@ void CPackage::onStart()
     setSystem(m_system);
     m_diskStreams = make<CDiskStreamFactory>();
     CStreamManager::getInstance()->addFactory(m_diskStreams);
+    m_fileSystem = make<CFileSystem>();
+    CFileSystemManager::getInstance()->addFileSystem(m_fileSystem);
 }
 
 void CPackage::onStop()
 {
+    if (m_fileSystem) CFileSystemManager::getInstance()->removeFileSystem(m_fileSystem.get());
+    m_fileSystem = nullptr;
     if (m_diskStreams) CStreamManager::getInstance()->removeFactory(m_diskStreams.get());
     m_diskStreams = nullptr;
     setSystem(nullptr);

@@ -2,12 +2,14 @@
 
 #include "foundation/CPackageBase.h"
 #include "foundation/posix/CDiskStreamFactory.h"
+#include "foundation/posix/CFileSystem.h"
 #include "foundation/posix/CSystem.h"
 
 namespace fenn::posix {
 
-// The platform package: installs the SDL-backed platform object and the
-// disk stream factory when it starts and removes them when it stops. SDL itself is started by the process
+// The platform package: installs the SDL-backed platform object, the
+// disk stream factory and the file system when it starts and removes them
+// when it stops. SDL itself is started by the process
 // (CPlatformSession) before any package.
 class CPackage : public CPackageBase
 {
@@ -21,6 +23,7 @@ protected:
 private:
     P<CSystem> m_system;
     P<CDiskStreamFactory> m_diskStreams;
+    P<CFileSystem> m_fileSystem;
 };
 
 // Starts SDL for the life of the process: video, events and timers, which

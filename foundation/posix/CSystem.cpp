@@ -2,10 +2,23 @@
 
 #include "foundation/CError.h"
 #include "foundation/CLogManager.h"
+#include "foundation/posix/CMessageWindow.h"
 
 namespace fenn::posix {
 
-CSystem::CSystem() : m_actionEvent(SDL_RegisterEvents(1))
+namespace {
+
+// SDL hands out event types from a fixed range, so they are registered once
+// for the process and shared by every loop object.
+std::uint32_t actionEventType()
+{
+    static const std::uint32_t type = SDL_RegisterEvents(1);
+    return type;
+}
+
+}  // namespace
+
+CSystem::CSystem() : m_actionEvent(actionEventType()), m_windowMessageEvent(CMessageWindow::getEventType())
 {
     if (m_actionEvent == static_cast<std::uint32_t>(-1))
         throw CError("Platform error", String("No SDL event type is left for posted actions."));
@@ -52,6 +65,9 @@ void CSystem::postAction(P<IAction> action)
 
 void CSystem::pump()
 {
+    // SDL_PollEvent ends a round at a marker it queues behind the events
+    // pending when the round began, so what a handler posts (a timer tick
+    // among it) waits for the next pump instead of keeping this one going.
     SDL_Event event;
     while (!m_endRequested && SDL_PollEvent(&event) == 1) dispatchGuarded(event);
 }
@@ -82,6 +98,8 @@ void CSystem::dispatch(const SDL_Event& event)
     if (event.type == m_actionEvent) {
         P<IAction> action(static_cast<IAction*>(event.user.data1), adopt);
         if (action) action->execute();
+    } else if (event.type == m_windowMessageEvent) {
+        CMessageWindow::dispatchEvent(event.user);
     } else if (event.type == SDL_QUIT) {
         if (m_quitHandler) {
             P<IAction> handler = m_quitHandler;

@@ -13,8 +13,9 @@ namespace fenn::posix {
 // The platform object on Linux: the SDL event loop of the GUI thread. A
 // posted action travels as an SDL user event that carries a counted
 // reference, so it stays alive until it has run; actions run in posting
-// order because SDL keeps its queue in order. Create it on the GUI thread
-// after SDL's event subsystem has started.
+// order because SDL keeps its queue in order. Messages to message windows
+// and timer ticks travel the same queue and are handed to their windows.
+// Create it on the GUI thread after SDL's event subsystem has started.
 class CSystem : public CObject, public virtual ISystem
 {
 public:
@@ -36,6 +37,7 @@ private:
     void dispatchGuarded(const SDL_Event& event);
 
     std::uint32_t m_actionEvent;
+    std::uint32_t m_windowMessageEvent;
     std::atomic<bool> m_endRequested{false};
     P<IAction> m_quitHandler;
 };

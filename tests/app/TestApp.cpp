@@ -5,6 +5,13 @@
 #include "foundation/CError.h"
 #include "foundation/CLogManager.h"
 #include "tests/support/CaptureLog.h"
+#include "foundation/CStreamManager.h"
+#include "foundation/posix/CDiskStreamFactory.h"
+#include "tests/support/TempFolder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -45,6 +52,42 @@ TEST(App, AnswersItsFixedFactsAndLogsExceptions)
     EXPECT_NE(lines.back().find("[app] ERROR: Exception during 'Save': The disk is full."), std::string::npos)
         << lines.back();
     fenn::CLogManager::getInstance()->removeLog(capture.get());
+}
+
+}  // namespace
+
+namespace {
+
+TEST(AppSettings, FirstStartIsSeenOnceAndTypedReadsKeepTheirDefaults)
+{
+    tbtest::TempFolder home;
+    ASSERT_EQ(setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1), 0);
+    ASSERT_EQ(setenv("XDG_DATA_HOME", (home / "data").c_str(), 1), 0);
+    auto diskStreams = fenn::make<fenn::posix::CDiskStreamFactory>();
+    fenn::CStreamManager::getInstance()->addFactory(diskStreams);
+    {
+        auto app = fenn::make<tbx::CApp>();
+        EXPECT_TRUE(app->isFirstStart());
+        app->setStringValue("tempFolder", "/var/tmp");
+        app->setStringValue("empty", "");
+        app->setIntValue("app.mode", 2);
+        EXPECT_EQ(app->getStringValue("tempFolder", "none"), fenn::String("/var/tmp"));
+        EXPECT_EQ(app->getStringValue("empty", "none"), fenn::String("none"));
+        EXPECT_EQ(app->getIntValue("tempFolder", -1), -1);  // a text is not a number
+        EXPECT_EQ(app->getStringValue("app.mode", "none"), fenn::String("none"));
+        EXPECT_EQ(app->getMachineIntValue("app.mode", 7), 7);
+    }
+    // A second run of the program reads what the first one wrote.
+    auto again = fenn::make<tbx::CApp>();
+    EXPECT_FALSE(again->isFirstStart());
+    EXPECT_EQ(again->getIntValue("app.mode", -1), 2);
+    EXPECT_TRUE(std::filesystem::exists(home / "config" / "Quorrel Tonebench 3" / "settings.db"));
+    // The log of the run went to the user's data folder, with the system report first.
+    std::ifstream log(home / "data" / "Quorrel Tonebench 3" / "log.txt");
+    std::string firstLine;
+    std::getline(log, firstLine);
+    EXPECT_NE(firstLine.find(": "), std::string::npos);
+    fenn::CStreamManager::getInstance()->removeFactory(diskStreams.get());
 }
 
 }  // namespace

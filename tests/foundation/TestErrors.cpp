@@ -134,7 +134,7 @@ TEST(Errors, CloneKeepsTheDynamicType)
         }
     }
     const CFileNotFoundError notFound("/music/a.wav");
-    EXPECT_EQ(text(notFound.clone()->getURI()), "/music/a.wav");
+    EXPECT_EQ(text(notFound.clone()->getURI().getRawURI()), "/music/a.wav");
     const P<CException> viaBase = static_cast<const CException&>(notFound).clone();
     EXPECT_NE(dynamic_cast<CFileNotFoundError*>(viaBase.get()), nullptr);
     EXPECT_THROW(viaBase->raise(), CFileNotFoundError);

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "foundation/IBase.h"
+#include "foundation/P.h"
+#include "foundation/String.h"
+
+namespace tbx {
+
+class IProgress;
+
+class IProgressListener : public virtual fenn::IBase
+{
+public:
+    virtual void onProgress(IProgress* progress) = 0;
+};
+
+// The read side of a job, as its owner and the progress page see it: the
+// whole job and the item at work. GUI thread only.
+class IProgress : public virtual fenn::IBase
+{
+public:
+    virtual double getOverallProgress() = 0;
+    virtual double getItemProgress() = 0;
+    virtual fenn::String getItemText() = 0;
+    virtual fenn::String getOverallText() = 0;
+    // Listeners are held frail: a listener removes itself before it goes,
+    // or outlives the job.
+    virtual void addProgressListener(IProgressListener* listener) = 0;
+    virtual void removeProgressListener(IProgressListener* listener) = 0;
+};
+
+// The whole percents last written to progress bars. They are shared by
+// every job of the process, so a job that starts where the last one
+// stopped writes nothing until its first step changes the value.
+struct LastShownPercents
+{
+    // The bar of the progress window.
+    int window = 0;
+    // The overall and item bars of the progress page.
+    int pageOverall = 0;
+    int pageItem = 0;
+};
+
+LastShownPercents& getLastShownPercents();
+
+}  // namespace tbx
