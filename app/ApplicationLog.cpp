@@ -9,6 +9,7 @@
 
 #include "app/Version.h"
 #include "foundation/CException.h"
+#include "foundation/CURI.h"
 
 namespace tbx {
 
@@ -19,7 +20,7 @@ constexpr int kLogNameTries = 100;
 fenn::P<fenn::CTextFileLog> tryOpen(const std::filesystem::path& file)
 {
     try {
-        return fenn::make<fenn::CTextFileLog>(fenn::String::copyOf(file.string()));
+        return fenn::make<fenn::CTextFileLog>(fenn::CURI::fromPath(fenn::String::copyOf(file.string())));
     } catch (const fenn::CException&) {
         return nullptr;
     }

@@ -262,8 +262,7 @@ void CDiskStream::writeBytes(const void* buffer, std::int32_t size)
     if (count < 0) throwSystemError(m_uri, "Cannot write to", errno);
     // A regular file writes short when the disk fills up; the next call
     // would name the cause, but this stream makes one call per write.
-    if (count != size)
-        throw CStreamError(m_uri, "Cannot write to '%URI%': only part of the data was written.");
+    if (count != size) throw CStreamError(m_uri, "Cannot write to '%URI%': only part of the data was written.");
 }
 
 void CDiskStream::flushBytes()

@@ -433,11 +433,12 @@ TEST(StreamManager, AsksFactoriesInTheOrderTheyWereAdded)
 
     // Modes outside their lists are refused before any factory is asked.
     asked.clear();
-    EXPECT_THROW(
-        manager->tryOpenOutStream(CURI("mem:a"), static_cast<StreamShare>(3), StreamCreate::openExisting, DeleteOnClose::no),
-        CInvalidArgError);
-    EXPECT_THROW(manager->openIOStream(CURI("mem:a"), StreamShare::read, static_cast<StreamCreate>(0), DeleteOnClose::no),
+    EXPECT_THROW(manager->tryOpenOutStream(CURI("mem:a"), static_cast<StreamShare>(3), StreamCreate::openExisting,
+                                           DeleteOnClose::no),
                  CInvalidArgError);
+    EXPECT_THROW(
+        manager->openIOStream(CURI("mem:a"), StreamShare::read, static_cast<StreamCreate>(0), DeleteOnClose::no),
+        CInvalidArgError);
     EXPECT_TRUE(asked.empty());
 }
 

@@ -115,7 +115,8 @@ TEST(PlatformPackage, InstallsTheLoopAndTheDiskStreamsWhileItRuns)
     packages->addPackage(fenn::make<fenn::posix::CPackage>());
     packages->startAll();
     EXPECT_TRUE(fenn::getSystem());
-    P<fenn::IInStream> in = fenn::CStreamManager::getInstance()->openInStream(fenn::CURI::fromPath(String::copyOf(path)));
+    P<fenn::IInStream> in =
+        fenn::CStreamManager::getInstance()->openInStream(fenn::CURI::fromPath(String::copyOf(path)));
     char text[4];
     in->read(text, 4);
     EXPECT_EQ(std::string(text, 4), "data");
@@ -123,7 +124,8 @@ TEST(PlatformPackage, InstallsTheLoopAndTheDiskStreamsWhileItRuns)
 
     packages->stopAll();
     EXPECT_FALSE(fenn::getSystem());
-    EXPECT_THROW(fenn::CStreamManager::getInstance()->openInStream(fenn::CURI::fromPath(String::copyOf(path))), fenn::CFileNotFoundError);
+    EXPECT_THROW(fenn::CStreamManager::getInstance()->openInStream(fenn::CURI::fromPath(String::copyOf(path))),
+                 fenn::CFileNotFoundError);
     packages = nullptr;
     fenn::stopCore();
 }
