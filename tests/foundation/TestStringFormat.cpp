@@ -36,6 +36,8 @@ public:
 
 }  // namespace
 
+constexpr const char* kMismatch = "CStringFormat: argument does not match the field's format specification.";
+
 TEST(StringFormat, FillsFieldsFromPushedArguments)
 {
     const std::tuple<const char*, std::vector<Argument>, const char*> cases[] = {
@@ -74,12 +76,12 @@ TEST(StringFormat, ReportsFaultsOfFormatAndArguments)
         {"%n", {}, "CStringFormat: invalid format string."},
         {"%5%", {}, "CStringFormat: invalid format string."},
         {"%d then %y", {1}, "CStringFormat: invalid format string."},
-        {"%d", {1.5}, "CStringFormat: argument does not match the field's format specification."},
-        {"%f", {1}, "CStringFormat: argument does not match the field's format specification."},
-        {"%s", {1}, "CStringFormat: argument does not match the field's format specification."},
-        {"%d", {String("1")}, "CStringFormat: argument does not match the field's format specification."},
-        {"%d", {U'1'}, "CStringFormat: argument does not match the field's format specification."},
-        {"%c", {1.0}, "CStringFormat: argument does not match the field's format specification."},
+        {"%d", {1.5}, kMismatch},
+        {"%f", {1}, kMismatch},
+        {"%s", {1}, kMismatch},
+        {"%d", {String("1")}, kMismatch},
+        {"%d", {U'1'}, kMismatch},
+        {"%c", {1.0}, kMismatch},
         {"%*d", {1.5}, "CStringFormat: expected integer value (field width)."},
         {"%.*f", {String("2")}, "CStringFormat: expected integer value (field precision)."},
         {"%*.*f", {1, 2.0}, "CStringFormat: expected integer value (field precision)."},
