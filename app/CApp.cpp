@@ -170,7 +170,7 @@ void CApp::registerCheckerFactories()
 }
 void CApp::registerTagFactories()
 {
-    stepHasNothingToDo("registerTagFactories");
+    tbx::registerTagFactories(*m_tagFactories);
 }
 void CApp::startNewsChannels()
 {
@@ -331,6 +331,79 @@ void CApp::logException(const fenn::String& action, const fenn::CException& exce
 {
     fenn::CLogManager::getInstance()->error(kLogCategory, fenn::String("Exception during '") + action +
                                                               "': " + exception.getDescription());
+}
+
+// The tables live in their registries, which the command-line front end
+// shares; the application only forwards.
+
+void CApp::addInputFileType(fenn::P<IInputFileType> type)
+{
+    m_fileTypes->addInputFileType(std::move(type));
+}
+
+void CApp::removeInputFileType(IInputFileType* type)
+{
+    m_fileTypes->removeInputFileType(type);
+}
+
+const std::vector<fenn::P<IInputFileType>>& CApp::getInputFileTypes() const
+{
+    return m_fileTypes->getInputFileTypes();
+}
+
+fenn::P<IInputFileType> CApp::findInputFileTypeByExtension(const fenn::String& extension) const
+{
+    return m_fileTypes->findInputFileTypeByExtension(extension);
+}
+
+fenn::P<IAudioSource> CApp::openAudioSource(const fenn::CURI& uri) const
+{
+    return m_fileTypes->openAudioSource(uri);
+}
+
+void CApp::addOutputFileType(fenn::P<IOutputFileType> type)
+{
+    m_fileTypes->addOutputFileType(std::move(type));
+}
+
+void CApp::removeOutputFileType(IOutputFileType* type)
+{
+    m_fileTypes->removeOutputFileType(type);
+}
+
+const std::vector<fenn::P<IOutputFileType>>& CApp::getOutputFileTypes() const
+{
+    return m_fileTypes->getOutputFileTypes();
+}
+
+fenn::P<IOutputFileType> CApp::findOutputFileTypeByExtension(const fenn::String& extension) const
+{
+    return m_fileTypes->findOutputFileTypeByExtension(extension);
+}
+
+fenn::P<IOutputFileType> CApp::findOutputFileTypeById(const fenn::String& id) const
+{
+    return m_fileTypes->findOutputFileTypeById(id);
+}
+
+void CApp::addTagFactory(fenn::P<IMediaFileTagFactory> factory)
+{
+    m_tagFactories->addTagFactory(std::move(factory));
+}
+
+void CApp::removeTagFactory(IMediaFileTagFactory* factory)
+{
+    m_tagFactories->removeTagFactory(factory);
+}
+
+const std::vector<fenn::P<IMediaFileTagFactory>>& CApp::getTagFactories() const
+{
+    return m_tagFactories->getTagFactories();
+}
+
+fenn::P<IMediaFileTag> CApp::getMediaFileTag(const fenn::CURI& uri) const
+{
+    return m_tagFactories->getMediaFileTag(uri);
 }
 
 }  // namespace tbx

@@ -40,6 +40,23 @@ public:
     std::int32_t getMachineIntValue(const fenn::String& name, std::int32_t defaultValue) override;
     bool isFirstStart() const override { return m_firstStart; }
 
+    void addInputFileType(fenn::P<IInputFileType> type) override;
+    void removeInputFileType(IInputFileType* type) override;
+    const std::vector<fenn::P<IInputFileType>>& getInputFileTypes() const override;
+    fenn::P<IInputFileType> findInputFileTypeByExtension(const fenn::String& extension) const override;
+    fenn::P<IAudioSource> openAudioSource(const fenn::CURI& uri) const override;
+    void addOutputFileType(fenn::P<IOutputFileType> type) override;
+    void removeOutputFileType(IOutputFileType* type) override;
+    const std::vector<fenn::P<IOutputFileType>>& getOutputFileTypes() const override;
+    fenn::P<IOutputFileType> findOutputFileTypeByExtension(const fenn::String& extension) const override;
+    fenn::P<IOutputFileType> findOutputFileTypeById(const fenn::String& id) const override;
+    const CFileTypeRegistry& getFileTypeRegistry() const override { return *m_fileTypes; }
+
+    void addTagFactory(fenn::P<IMediaFileTagFactory> factory) override;
+    void removeTagFactory(IMediaFileTagFactory* factory) override;
+    const std::vector<fenn::P<IMediaFileTagFactory>>& getTagFactories() const override;
+    fenn::P<IMediaFileTag> getMediaFileTag(const fenn::CURI& uri) const override;
+
     struct StartupStep
     {
         const char* name;
@@ -79,6 +96,8 @@ private:
     void applyMode();
     void startNewsChecks();
 
+    fenn::P<CFileTypeRegistry> m_fileTypes = fenn::make<CFileTypeRegistry>();
+    fenn::P<CMediaTagRegistry> m_tagFactories = fenn::make<CMediaTagRegistry>();
     fenn::P<fenn::IValueStore> m_settings;
     fenn::P<fenn::IValueStore> m_machineSettings;
     std::int32_t m_mode = 1;

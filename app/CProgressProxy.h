@@ -1,6 +1,7 @@
 #pragma once
 
-#include "app/IProgress.h"
+#include "app/LastShownPercents.h"
+#include "audio/IProgress.h"
 #include "foundation/CObject.h"
 #include "foundation/TFrailArray.h"
 

@@ -1,6 +1,7 @@
 #include "app/CWindowOperationManager.h"
 
-#include "app/IProgress.h"
+#include "app/LastShownPercents.h"
+#include "audio/IProgress.h"
 #include "foundation/ISystem.h"
 #include "foundation/TSingleton.h"
 

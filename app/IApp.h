@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "foundation/CException.h"
 #include "foundation/IBase.h"
 #include "foundation/String.h"
+#include "formats/CFileTypeRegistry.h"
+#include "tags/CMediaTagRegistry.h"
 
 namespace tbx {
 
@@ -40,6 +43,29 @@ public:
     virtual fenn::String getMachineStringValue(const fenn::String& name, const fenn::String& defaultValue) = 0;
     virtual std::int32_t getMachineIntValue(const fenn::String& name, std::int32_t defaultValue) = 0;
     virtual bool isFirstStart() const = 0;
+
+    // The file type tables, fixed after start-up. The look-ups ask the types
+    // in table order; openAudioSource throws CFileFormatNotSupportedError
+    // when no input type takes the file.
+    virtual void addInputFileType(fenn::P<IInputFileType> type) = 0;
+    virtual void removeInputFileType(IInputFileType* type) = 0;
+    virtual const std::vector<fenn::P<IInputFileType>>& getInputFileTypes() const = 0;
+    virtual fenn::P<IInputFileType> findInputFileTypeByExtension(const fenn::String& extension) const = 0;
+    virtual fenn::P<IAudioSource> openAudioSource(const fenn::CURI& uri) const = 0;
+    virtual void addOutputFileType(fenn::P<IOutputFileType> type) = 0;
+    virtual void removeOutputFileType(IOutputFileType* type) = 0;
+    virtual const std::vector<fenn::P<IOutputFileType>>& getOutputFileTypes() const = 0;
+    virtual fenn::P<IOutputFileType> findOutputFileTypeByExtension(const fenn::String& extension) const = 0;
+    virtual fenn::P<IOutputFileType> findOutputFileTypeById(const fenn::String& id) const = 0;
+    // Both tables at once, for the jobs that take them as one object.
+    virtual const CFileTypeRegistry& getFileTypeRegistry() const = 0;
+
+    // The tag factories, asked in order; no match gives null, which means
+    // the file has no tag.
+    virtual void addTagFactory(fenn::P<IMediaFileTagFactory> factory) = 0;
+    virtual void removeTagFactory(IMediaFileTagFactory* factory) = 0;
+    virtual const std::vector<fenn::P<IMediaFileTagFactory>>& getTagFactories() const = 0;
+    virtual fenn::P<IMediaFileTag> getMediaFileTag(const fenn::CURI& uri) const = 0;
 
     // Writes "Exception during '<action>': <description>" to the log.
     virtual void logException(const fenn::String& action, const fenn::CException& exception) = 0;

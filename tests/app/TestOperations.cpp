@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "app/CWindowOperationManager.h"
-#include "app/IProgress.h"
+#include "app/LastShownPercents.h"
+#include "audio/IProgress.h"
 #include "foundation/CObjectError.h"
 #include "foundation/ISystem.h"
 #include "foundation/posix/CPackage.h"
