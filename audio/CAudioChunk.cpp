@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 
+#include "audio/CAudioConverter.h"
 #include "foundation/CObjectError.h"
 
 namespace tbx {
@@ -59,6 +60,43 @@ void CAudioChunk::replaceBuffer(std::int32_t bytes, std::int32_t bytesToKeep)
     std::free(m_data);
     m_data = buffer;
     m_capacity = bytes;
+}
+
+void CAudioChunk::ConvertFrom(const IAudioChunk& source, CAudioConverter* converter)
+{
+    // One frame more than the exact ratio covers the rounding of the phase.
+    const std::int64_t target =
+        static_cast<std::int64_t>(source.GetLength()) * m_sampleRate / source.GetSampleRate() + 1;
+    Reserve(static_cast<std::int32_t>(target), true);
+
+    fenn::P<CAudioConverter> temporary;
+    if (converter == nullptr) {
+        temporary = fenn::make<CAudioConverter>();
+        converter = temporary.get();
+    }
+    converter->SetInputRate(source.GetSampleRate());
+    converter->SetInputChannels(source.GetChannels());
+    converter->SetInput(source.GetData(), source.GetLength());
+    converter->SetOutputRate(m_sampleRate);
+    converter->SetOutputChannels(m_channels);
+    const std::int32_t fitting = fittingFrames();
+    converter->SetOutput(m_data, fitting);
+
+    converter->Convert();
+    // A temporary converter dies here, so whatever it holds back is written now.
+    if (temporary) converter->Drain();
+    m_length = fitting - converter->GetOutputFrames();
+}
+
+void CAudioChunk::ConvertRemainder(CAudioConverter& converter)
+{
+    m_channels = converter.GetOutputChannels();
+    m_sampleRate = static_cast<std::int32_t>(converter.GetOutputRate());
+    Reserve(converter.GetPendingFrames() + 1, true);
+    const std::int32_t fitting = fittingFrames();
+    converter.SetOutput(m_data, fitting);
+    converter.Drain();
+    m_length = fitting - converter.GetOutputFrames();
 }
 
 fenn::IBase* CAudioChunk::CopyFrom(const IAudioChunk& source)

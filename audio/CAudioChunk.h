@@ -33,10 +33,14 @@ public:
     {
         return m_sampleRate == sampleRate && m_channels == channels;
     }
+    void ConvertFrom(const IAudioChunk& source, CAudioConverter* converter) override;
+    void ConvertRemainder(CAudioConverter& converter) override;
     fenn::IBase* CopyFrom(const IAudioChunk& source) override;
 
 private:
     void replaceBuffer(std::int32_t bytes, std::int32_t bytesToKeep);
+    // Frames of the current channel count that fit in the buffer.
+    std::int32_t fittingFrames() const { return m_capacity / (m_channels * 2); }
 
     std::int16_t* m_data = nullptr;
     std::int32_t m_capacity = 0;  // bytes

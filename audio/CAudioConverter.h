@@ -44,6 +44,11 @@ public:
     std::int32_t GetPendingFrames() const;
 
 private:
+    // Input frames per output frame in 16.16 fixed point, truncated.
+    std::uint64_t step() const;
+    void convertEqualRates();
+    template <class Pair> void resample();
+
     double m_inputRate = 44100.0;
     std::int32_t m_inputChannels = 2;
     const std::int16_t* m_input = nullptr;

@@ -10,6 +10,8 @@ class CValueList;
 
 namespace tbx {
 
+class CAudioConverter;
+
 // The one unit of audio exchange: interleaved signed 16-bit samples in host
 // byte order, one or two channels, an integer sample rate. A chunk carries its
 // own format; a receiver compares each chunk with HasFormat. The setters check
@@ -34,6 +36,15 @@ public:
     virtual void SetSampleRate(std::int32_t sampleRate) = 0;
     virtual std::int32_t GetSampleRate() const = 0;
     virtual bool HasFormat(std::int32_t sampleRate, std::int32_t channels) const = 0;
+    // Fills this chunk from source, converted to this chunk's rate and
+    // channels, growing the buffer as needed. With a null converter a
+    // temporary one is used and its held tail is written too; a caller that
+    // passes its own converter keeps the state between chunks and ends with
+    // ConvertRemainder.
+    virtual void ConvertFrom(const IAudioChunk& source, CAudioConverter* converter) = 0;
+    // Takes the converter's output format and writes the frames its held
+    // tail still yields. Called once at the end of the audio.
+    virtual void ConvertRemainder(CAudioConverter& converter) = 0;
     // Copies audio, length and format. A buffer that is too small is freed
     // first and replaced by one of exactly the needed size.
     virtual fenn::IBase* CopyFrom(const IAudioChunk& source) = 0;
