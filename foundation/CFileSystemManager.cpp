@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/CError.h"
+#include "foundation/CLogManager.h"
 #include "foundation/CObjectError.h"
 #include "foundation/CURIError.h"
 #include "foundation/TSingleton.h"
@@ -175,9 +176,32 @@ CURI CFileSystemManager::createTemporaryFile(const CURI& folder, const String& s
     return systemForURI(folder)->createTemporaryFile(folder, stem, extension);
 }
 
+void CFileSystemManager::replaceThroughTemporaryFile(const CURI& file,
+                                                     const std::function<void(const CURI& temporary)>& write,
+                                                     const char* logName)
+{
+    const CURI temporary = createTemporaryFile(file.getParent(), file.getFileName() + ".", ".tmp");
+    try {
+        write(temporary);
+        moveFile(temporary, file, ExistingTarget::replace);
+    } catch (...) {
+        try {
+            deleteFile(temporary);
+        } catch (const CException& error) {
+            CLogManager::getInstance()->error(logName, error.getDescription());
+        }
+        throw;
+    }
+}
+
 CURI CFileSystemManager::createUniqueFile(const CURI& folder, const String& stem, const String& extension)
 {
     return systemForURI(folder)->createUniqueFile(folder, stem, extension);
+}
+
+void CFileSystemManager::moveToTrash(const CURI& file)
+{
+    systemForURI(file)->moveToTrash(file);
 }
 
 void CFileSystemManager::volumeAdded(const P<IFileSystemVolume>& volume)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -52,6 +53,14 @@ public:
     void moveFile(const CURI& source, const CURI& target, ExistingTarget existing) override;
     CURI createTemporaryFile(const CURI& folder, const String& stem, const String& extension) override;
     CURI createUniqueFile(const CURI& folder, const String& stem, const String& extension) override;
+    void moveToTrash(const CURI& file) override;
+    // Changes file without a moment in which it is lost: write fills a new
+    // ".tmp" file in file's folder, which then takes file's place. When write
+    // or the exchange fails, the temporary file is deleted (a failure of that
+    // goes to the log under logName), file stays as it was and the error
+    // goes on to the caller.
+    void replaceThroughTemporaryFile(const CURI& file, const std::function<void(const CURI& temporary)>& write,
+                                     const char* logName);
 
     void addFileSystem(P<IFileSystem> fileSystem) override;
     void removeFileSystem(IFileSystem* fileSystem) override;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "foundation/CURI.h"
+#include "foundation/CURIError.h"
 #include "foundation/IBase.h"
 #include "foundation/P.h"
 #include "foundation/String.h"
@@ -157,6 +158,14 @@ public:
     // Creates a new, empty file named stem + extension in folder, or, when
     // that exists, stem + " (2)" + extension, " (3)" and so on.
     virtual CURI createUniqueFile(const CURI& folder, const String& stem, const String& extension) = 0;
+    // Moves a file or folder to the user's trash, from where the user can
+    // bring it back. Where the place has no trash this throws CFileError and
+    // leaves the file where it is: it never deletes instead. A file system
+    // without a trash keeps this answer.
+    virtual void moveToTrash(const CURI& file)
+    {
+        throw CFileError(file, String("Cannot move '%URI%' to the trash: this place has no trash."));
+    }
 };
 
 // The file system of all file systems: it adds and removes the others.

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fnmatch.h>
+#include <gio/gio.h>
 #include <poll.h>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -731,6 +732,21 @@ CURI CFileSystem::createUniqueFile(const CURI& folder, const String& stem, const
             return attempt == 0 ? prefix + suffix : prefix + " (" + std::to_string(attempt + 1) + ")" + suffix;
         },
         kUniqueNameAttempts);
+}
+
+void CFileSystem::moveToTrash(const CURI& file)
+{
+    const std::string path = toPath(file);
+    struct stat facts;
+    if (::lstat(path.c_str(), &facts) != 0) throwFileError(file, "Cannot move to the trash", errno);
+    GFile* place = g_file_new_for_path(path.c_str());
+    GError* error = nullptr;
+    const bool trashed = g_file_trash(place, nullptr, &error) != FALSE;
+    g_object_unref(place);
+    if (trashed) return;
+    String reason = error != nullptr ? String::copyOf(error->message) : String("unknown reason");
+    if (error != nullptr) g_error_free(error);
+    throw CFileError(file, String("Cannot move '%URI%' to the trash: ") + reason);
 }
 
 }  // namespace fenn::posix

@@ -188,6 +188,11 @@ public:
     void moveFile(const CURI& source, const CURI& target, ExistingTarget existing) override;
     CURI createTemporaryFile(const CURI& folder, const String& stem, const String& extension) override;
     CURI createUniqueFile(const CURI& folder, const String& stem, const String& extension) override;
+    // The freedesktop.org trash through GIO: the home trash under
+    // $XDG_DATA_HOME/Trash for files on the home folder's device, the
+    // volume's own ".Trash-<uid>" elsewhere. A volume where GIO finds or
+    // makes no trash gives CFileError.
+    void moveToTrash(const CURI& file) override;
 
     // The POSIX path of a URI that this file system serves; other URIs
     // throw CURITypeNotSupportedError.
