@@ -1,0 +1,185 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "foundation/TextKey.h"
+
+// The user-visible texts of the tag library, with their keys.
+namespace tbx::tags::texts {
+
+using fenn::TextKey;
+
+inline constexpr TextKey tagVersionNotSupported{"tbx.CMP3FileTag.TagVersionNotSupported",
+                                                "The ID3v2.%VERSION% tag of '%URI%' cannot be changed."};
+inline constexpr TextKey tagTooLarge{"tbx.CID3v2Tag.TooLarge", "The ID3v2 tag is too large to be written."};
+
+// The line of a genre drop list that stands for no genre.
+inline constexpr TextKey genreUnspecified{"tbx.MusicGenre.Unspecified", "<unspecified>"};
+
+// The display names of the genres, in the order of the genre list.
+inline constexpr TextKey musicGenres[] = {
+    {"tbx.MusicGenre.Rock", "Rock"},
+    {"tbx.MusicGenre.HardRock", "Hard Rock"},
+    {"tbx.MusicGenre.PunkRock", "Punk Rock"},
+    {"tbx.MusicGenre.RocknRoll", "Rock & Roll"},
+    {"tbx.MusicGenre.Pop", "Pop"},
+    {"tbx.MusicGenre.Soul", "Soul"},
+    {"tbx.MusicGenre.Punk", "Punk"},
+    {"tbx.MusicGenre.Rap", "Rap"},
+    {"tbx.MusicGenre.Hip-Hop", "Hip-Hop"},
+    {"tbx.MusicGenre.Beat", "Beat"},
+    {"tbx.MusicGenre.Dance", "Dance"},
+    {"tbx.MusicGenre.Techno", "Techno"},
+    {"tbx.MusicGenre.Trance", "Trance"},
+    {"tbx.MusicGenre.House", "House"},
+    {"tbx.MusicGenre.Rave", "Rave"},
+    {"tbx.MusicGenre.Club", "Club"},
+    {"tbx.MusicGenre.R&B", "R&B"},
+    {"tbx.MusicGenre.Drum'n'Bass", "Drum & Bass"},
+    {"tbx.MusicGenre.Disco", "Disco"},
+    {"tbx.MusicGenre.Funk", "Funk"},
+    {"tbx.MusicGenre.Grunge", "Grunge"},
+    {"tbx.MusicGenre.Jungle", "Jungle"},
+    {"tbx.MusicGenre.EasyListening", "Easy Listening"},
+    {"tbx.MusicGenre.Oldies", "Oldies"},
+    {"tbx.MusicGenre.Country", "Country"},
+    {"tbx.MusicGenre.Blues", "Blues"},
+    {"tbx.MusicGenre.Jazz", "Jazz"},
+    {"tbx.MusicGenre.Swing", "Swing"},
+    {"tbx.MusicGenre.Reggae", "Reggae"},
+    {"tbx.MusicGenre.Ska", "Ska"},
+    {"tbx.MusicGenre.Alternative", "Alternative"},
+    {"tbx.MusicGenre.NewAge", "New Age"},
+    {"tbx.MusicGenre.NewWave", "New Wave"},
+    {"tbx.MusicGenre.Metal", "Metal"},
+    {"tbx.MusicGenre.HeavyMetal", "Heavy Metal"},
+    {"tbx.MusicGenre.DeathMetal", "Death Metal"},
+    {"tbx.MusicGenre.Gospel", "Gospel"},
+    {"tbx.MusicGenre.Folk", "Folk"},
+    {"tbx.MusicGenre.Chanson", "Chanson"},
+    {"tbx.MusicGenre.Instrumental", "Instrumental"},
+    {"tbx.MusicGenre.Classical", "Classical"},
+    {"tbx.MusicGenre.Musical", "Musical"},
+    {"tbx.MusicGenre.Opera", "Opera"},
+    {"tbx.MusicGenre.Sonata", "Sonata"},
+    {"tbx.MusicGenre.Symphony", "Symphony"},
+    {"tbx.MusicGenre.Polka", "Polka"},
+    {"tbx.MusicGenre.Tango", "Tango"},
+    {"tbx.MusicGenre.Samba", "Samba"},
+    {"tbx.MusicGenre.Salsa", "Salsa"},
+    {"tbx.MusicGenre.Bebob", "Bebob"},
+    {"tbx.MusicGenre.ChamberMusic", "Chamber Music"},
+    {"tbx.MusicGenre.BigBand", "Big Band"},
+    {"tbx.MusicGenre.Chorus", "Chorus"},
+    {"tbx.MusicGenre.Meditative", "Meditative"},
+    {"tbx.MusicGenre.Speech", "Speech"},
+    {"tbx.MusicGenre.Humour", "Humour"},
+    {"tbx.MusicGenre.SoundClip", "Sound Clip"},
+    {"tbx.MusicGenre.Gangsta", "Gangsta"},
+    {"tbx.MusicGenre.Freestyle", "Freestyle"},
+    {"tbx.MusicGenre.TripHop", "Trip-Hop"},
+    {"tbx.MusicGenre.FolkRock", "Folk Rock"},
+    {"tbx.MusicGenre.Avantgarde", "Avantgarde"},
+    {"tbx.MusicGenre.Acoustic", "Acoustic"},
+    {"tbx.MusicGenre.Acapella", "Acapella"},
+    {"tbx.MusicGenre.BritPop", "BritPop"},
+    {"tbx.MusicGenre.Jpop", "Jpop"},
+    {"tbx.MusicGenre.Goa", "Goa"},
+    {"tbx.MusicGenre.Hardcore", "Hardcore"},
+    {"tbx.MusicGenre.Terror", "Terror"},
+    {"tbx.MusicGenre.Indie", "Indie"},
+    {"tbx.MusicGenre.Negerpunk", "Negerpunk"},
+    {"tbx.MusicGenre.PolskPunk", "Polsk Punk"},
+    {"tbx.MusicGenre.Crossover", "Crossover"},
+    {"tbx.MusicGenre.Merengue", "Merengue"},
+    {"tbx.MusicGenre.Anime", "Anime"},
+    {"tbx.MusicGenre.Synthpop", "Synthpop"},
+    {"tbx.MusicGenre.NationalFolk", "National Folk"},
+    {"tbx.MusicGenre.Folklore", "Folklore"},
+    {"tbx.MusicGenre.PopFolk", "Pop Folk"},
+    {"tbx.MusicGenre.EuroTechno", "Euro Techno"},
+    {"tbx.MusicGenre.Eurodance", "Euro Dance"},
+    {"tbx.MusicGenre.EuroHouse", "Euro House"},
+    {"tbx.MusicGenre.DanceHall", "Dance Hall"},
+    {"tbx.MusicGenre.ClubHouse", "Club-House"},
+    {"tbx.MusicGenre.BlackMetal", "Black Metal"},
+    {"tbx.MusicGenre.TrashMetal", "Trash Metal"},
+    {"tbx.MusicGenre.JazzFunk", "Jazz+Funk"},
+    {"tbx.MusicGenre.AcidJazz", "Acid Jazz"},
+    {"tbx.MusicGenre.ClassicRock", "Classic Rock"},
+    {"tbx.MusicGenre.AlternRock", "Alternative Rock"},
+    {"tbx.MusicGenre.SouthernRock", "Southern Rock"},
+    {"tbx.MusicGenre.Instrumental Rock", "Instrumental Rock"},
+    {"tbx.MusicGenre.GothicRock", "Gothic Rock"},
+    {"tbx.MusicGenre.ProgressiveRock", "Progressive Rock"},
+    {"tbx.MusicGenre.PsychedelicRock", "Psychedelic Rock"},
+    {"tbx.MusicGenre.SymphonicRock", "Symphonic Rock"},
+    {"tbx.MusicGenre.SlowRock", "Slow Rock"},
+    {"tbx.MusicGenre.Dream", "Dream"},
+    {"tbx.MusicGenre.Retro", "Retro"},
+    {"tbx.MusicGenre.FastFusion", "Fast Fusion"},
+    {"tbx.MusicGenre.SlowJam", "Slow Jam"},
+    {"tbx.MusicGenre.Instrumental Pop", "Instrumental Pop"},
+    {"tbx.MusicGenre.PopFunk", "Funk Pop"},
+    {"tbx.MusicGenre.RhythmicSoul", "Rhythmic Soul"},
+    {"tbx.MusicGenre.AcidPunk", "Acid Punk"},
+    {"tbx.MusicGenre.Acid", "Acid"},
+    {"tbx.MusicGenre.Industrial", "Industrial"},
+    {"tbx.MusicGenre.Electronic", "Electronic"},
+    {"tbx.MusicGenre.TechnoIndustrial", "Techno-Industrial"},
+    {"tbx.MusicGenre.Ethnic", "Ethnic"},
+    {"tbx.MusicGenre.Gothic", "Gothic"},
+    {"tbx.MusicGenre.Darkwave", "Darkwave"},
+    {"tbx.MusicGenre.Psychadelic", "Psychadelic"},
+    {"tbx.MusicGenre.Ambient", "Ambient"},
+    {"tbx.MusicGenre.Vocal", "Vocal"},
+    {"tbx.MusicGenre.Fusion", "Fusion"},
+    {"tbx.MusicGenre.Space", "Space"},
+    {"tbx.MusicGenre.Revival", "Revival"},
+    {"tbx.MusicGenre.Bluegrass", "Bluegrass"},
+    {"tbx.MusicGenre.PornGroove", "Porn Groove"},
+    {"tbx.MusicGenre.Primus", "Primus"},
+    {"tbx.MusicGenre.NativeAmerican", "Native American"},
+    {"tbx.MusicGenre.Celtic", "Celtic"},
+    {"tbx.MusicGenre.Tribal", "Tribal"},
+    {"tbx.MusicGenre.LoFi", "Lo-Fi"},
+    {"tbx.MusicGenre.Cult", "Cult"},
+    {"tbx.MusicGenre.Latin", "Latin"},
+    {"tbx.MusicGenre.Top40", "Top 40"},
+    {"tbx.MusicGenre.DrumSolo", "Drum Solo"},
+    {"tbx.MusicGenre.Pranks", "Pranks"},
+    {"tbx.MusicGenre.Comedy", "Comedy"},
+    {"tbx.MusicGenre.Cabaret", "Cabaret"},
+    {"tbx.MusicGenre.Satire", "Satire"},
+    {"tbx.MusicGenre.Soundtrack", "Soundtrack"},
+    {"tbx.MusicGenre.Showtunes", "Showtunes"},
+    {"tbx.MusicGenre.Game", "Game"},
+    {"tbx.MusicGenre.Noise", "Noise"},
+    {"tbx.MusicGenre.ChristianRap", "Christian Rap"},
+    {"tbx.MusicGenre.ChristianGangstaRap", "Christian Gangsta Rap"},
+    {"tbx.MusicGenre.ContemporaryChristian", "Contemporary Christian"},
+    {"tbx.MusicGenre.ChristianRock", "Christian Rock"},
+    {"tbx.MusicGenre.Trailer", "Trailer"},
+    {"tbx.MusicGenre.Ballad", "Ballad"},
+    {"tbx.MusicGenre.PowerBallad", "Power Ballad"},
+    {"tbx.MusicGenre.Duet", "Duet"},
+    {"tbx.MusicGenre.Bass", "Bass"},
+    {"tbx.MusicGenre.BootyBass", "Booty Bass"},
+    {"tbx.MusicGenre.Other", "Other"},
+};
+
+namespace detail {
+
+template <std::size_t N> constexpr std::array<TextKey, N + 3> allTexts(const TextKey (&genres)[N])
+{
+    std::array<TextKey, N + 3> result{tagVersionNotSupported, tagTooLarge, genreUnspecified};
+    for (std::size_t index = 0; index < N; ++index) result[index + 3] = genres[index];
+    return result;
+}
+
+}  // namespace detail
+
+inline constexpr auto all = detail::allTexts(musicGenres);
+
+}  // namespace tbx::tags::texts
