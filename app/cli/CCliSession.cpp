@@ -1,8 +1,10 @@
 #include "app/cli/CCliSession.h"
 
+#include "formats/FileTagFactories.h"
 #include "foundation/CLogManager.h"
 #include "foundation/Core.h"
 #include "foundation/posix/CPackage.h"
+#include "tags/CMusicGenreList.h"
 
 namespace tbx::cli {
 
@@ -18,7 +20,7 @@ CCliSession::CCliSession()
     registerInputFileTypes(*m_fileTypes);
     registerOutputFileTypes(*m_fileTypes);
     m_tagFactories = fenn::make<CMediaTagRegistry>();
-    registerTagFactories(*m_tagFactories);
+    registerFileTagFactories(*m_tagFactories, fenn::make<CMusicGenreList>());
 }
 
 CCliSession::~CCliSession()
