@@ -4,6 +4,7 @@
 
 #include "app/ApplicationLog.h"
 #include "app/Version.h"
+#include "formats/FileTagFactories.h"
 #include "foundation/CLogManager.h"
 #include "foundation/ISystem.h"
 #include "foundation/posix/CRegistryValueStore.h"
@@ -137,7 +138,7 @@ void CApp::prepareLinks()
 }
 void CApp::createGenreList()
 {
-    stepHasNothingToDo("createGenreList");
+    m_genreList = fenn::make<CMusicGenreList>();
 }
 void CApp::readFirstStart()
 {
@@ -154,11 +155,11 @@ void CApp::createAudioPlayer()
 }
 void CApp::registerInputFileTypes()
 {
-    stepHasNothingToDo("registerInputFileTypes");
+    tbx::registerInputFileTypes(*m_fileTypes);
 }
 void CApp::registerOutputFileTypes()
 {
-    stepHasNothingToDo("registerOutputFileTypes");
+    tbx::registerOutputFileTypes(*m_fileTypes);
 }
 void CApp::registerAudioFilters()
 {
@@ -170,7 +171,7 @@ void CApp::registerCheckerFactories()
 }
 void CApp::registerTagFactories()
 {
-    tbx::registerTagFactories(*m_tagFactories);
+    tbx::registerFileTagFactories(*m_tagFactories, m_genreList);
 }
 void CApp::startNewsChannels()
 {

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "app/IApp.h"
+#include "tags/CMusicGenreList.h"
 #include "foundation/ILog.h"
 #include "foundation/CObject.h"
 #include "foundation/IValueStore.h"
@@ -56,6 +57,7 @@ public:
     void removeTagFactory(IMediaFileTagFactory* factory) override;
     const std::vector<fenn::P<IMediaFileTagFactory>>& getTagFactories() const override;
     fenn::P<IMediaFileTag> getMediaFileTag(const fenn::CURI& uri) const override;
+    fenn::P<IMusicGenreList> getGenreList() const override { return m_genreList; }
 
     struct StartupStep
     {
@@ -96,6 +98,7 @@ private:
     void applyMode();
     void startNewsChecks();
 
+    fenn::P<CMusicGenreList> m_genreList;
     fenn::P<CFileTypeRegistry> m_fileTypes = fenn::make<CFileTypeRegistry>();
     fenn::P<CMediaTagRegistry> m_tagFactories = fenn::make<CMediaTagRegistry>();
     fenn::P<fenn::IValueStore> m_settings;

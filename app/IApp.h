@@ -8,6 +8,7 @@
 #include "foundation/String.h"
 #include "formats/CFileTypeRegistry.h"
 #include "tags/CMediaTagRegistry.h"
+#include "tags/IMusicGenreList.h"
 
 namespace tbx {
 
@@ -66,6 +67,8 @@ public:
     virtual void removeTagFactory(IMediaFileTagFactory* factory) = 0;
     virtual const std::vector<fenn::P<IMediaFileTagFactory>>& getTagFactories() const = 0;
     virtual fenn::P<IMediaFileTag> getMediaFileTag(const fenn::CURI& uri) const = 0;
+    // The genres in display order, with their ID3v1 numbers.
+    virtual fenn::P<IMusicGenreList> getGenreList() const = 0;
 
     // Writes "Exception during '<action>': <description>" to the log.
     virtual void logException(const fenn::String& action, const fenn::CException& exception) = 0;
