@@ -3,6 +3,7 @@
 #include "foundation/CError.h"
 #include "foundation/CLogManager.h"
 #include "foundation/posix/CMessageWindow.h"
+#include "foundation/posix/SDLEventHandlers.h"
 
 namespace fenn::posix {
 
@@ -34,8 +35,14 @@ void CSystem::runMessageLoop()
     m_endRequested = false;
     while (!m_endRequested) {
         SDL_Event event;
-        if (SDL_WaitEvent(&event) == 0) {
-            throw CError("Platform error", String("Waiting for events failed: ") + String::copyOf(SDL_GetError()));
+        if (SDL_PollEvent(&event) == 0) {
+            // One repaint per turn: everything pending has been handled.
+            afterEventsGuarded();
+            if (m_endRequested) break;
+            if (SDL_WaitEvent(&event) == 0) {
+                throw CError("Platform error",
+                             String("Waiting for events failed: ") + String::copyOf(SDL_GetError()));
+            }
         }
         dispatchGuarded(event);
     }
@@ -70,6 +77,16 @@ void CSystem::pump()
     // among it) waits for the next pump instead of keeping this one going.
     SDL_Event event;
     while (!m_endRequested && SDL_PollEvent(&event) == 1) dispatchGuarded(event);
+    afterEventsGuarded();
+}
+
+void CSystem::afterEventsGuarded()
+{
+    try {
+        runAfterSDLEvents();
+    } catch (const CException& error) {
+        CLogManager::getInstance()->error("loop", String("Unhandled error while painting: ") + error.getDescription());
+    }
 }
 
 void CSystem::discardPending()
@@ -107,6 +124,8 @@ void CSystem::dispatch(const SDL_Event& event)
         } else {
             endMessageLoop();
         }
+    } else {
+        dispatchToSDLEventHandlers(event);
     }
 }
 

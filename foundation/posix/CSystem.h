@@ -35,6 +35,7 @@ public:
 private:
     void dispatch(const SDL_Event& event);
     void dispatchGuarded(const SDL_Event& event);
+    void afterEventsGuarded();
 
     std::uint32_t m_actionEvent;
     std::uint32_t m_windowMessageEvent;

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "foundation/CObject.h"
+#include "foundation/P.h"
+#include "foundation/String.h"
+#include "gui/CWindow.h"
+
+namespace fenn::gui {
+
+// Makes the windows of a look: the plain toolkit ("default") or a skin
+// ("skin"). A type is a layout file's element name in lower case
+// ("button", "cellview", "frame"...). GUI thread.
+class IWindowSystem : public virtual IBase
+{
+public:
+    virtual String getId() const = 0;
+    virtual bool hasType(const String& type) const = 0;
+    // A new window of the type, added to parent when one is given; null
+    // for a type this system does not make.
+    virtual P<CWindow> createWindow(const String& type, CWindow* parent) = 0;
+};
+
+// A window system from a table of factories, one per type: adding a widget
+// type adds a registration.
+class CWindowSystem : public CObject, public virtual IWindowSystem
+{
+public:
+    using Factory = std::function<P<CWindow>()>;
+
+    explicit CWindowSystem(const String& id) : m_id(id) {}
+
+    void registerType(const String& type, Factory factory);
+
+    String getId() const override { return m_id; }
+    bool hasType(const String& type) const override;
+    P<CWindow> createWindow(const String& type, CWindow* parent) override;
+
+private:
+    String m_id;
+    std::map<std::string, Factory> m_factories;
+};
+
+// The window systems of the program by id. GUI thread.
+class CWindowSystemRegistry
+{
+public:
+    static void add(const P<IWindowSystem>& system);
+    static void remove(const String& id);
+    // The system with the id, or null.
+    static P<IWindowSystem> get(const String& id);
+};
+
+}  // namespace fenn::gui
