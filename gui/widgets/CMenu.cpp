@@ -138,7 +138,9 @@ void CMenuPopup::open(CFrameWindow& frame, CPoint point)
     const CRect client = frame.getClientRect();
     const int x = std::clamp(point.x, 0, std::max(0, client.width - size.width));
     const int y = std::clamp(point.y, 0, std::max(0, client.height - size.height));
-    m_previousFocus = P<CWindow>(frame.getFocusWindow());
+    // A sub-menu gives the keyboard back to its parent menu itself; holding
+    // the parent here would make a cycle with the parent's hold on it.
+    if (!m_parentPopup) m_previousFocus = P<CWindow>(frame.getFocusWindow());
     frame.openPopup(P<CWindow>(this), {x, y, size.width, size.height});
     setFocus();
 }

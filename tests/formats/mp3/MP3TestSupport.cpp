@@ -50,7 +50,7 @@ void writeFile(const std::filesystem::path& path, const Bytes& bytes)
 void makeWav(const std::filesystem::path& path, int sampleRate, int channels, double seconds)
 {
     const std::string synth = channels == 1 ? "sine 440" : "sine 440 sine 660";
-    run("sox -q -n -r " + std::to_string(sampleRate) + " -b 16 -c " + std::to_string(channels) + " " + quote(path) +
+    run("sox -q -D -n -r " + std::to_string(sampleRate) + " -b 16 -c " + std::to_string(channels) + " " + quote(path) +
         " synth " + std::to_string(seconds) + " " + synth + " vol 0.5");
 }
 
