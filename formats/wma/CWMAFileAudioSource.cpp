@@ -18,7 +18,7 @@ namespace {
 
 using GUID = std::array<std::uint8_t, 16>;
 
-// The objects of the ASF header, as the published ASF specification lays
+// The objects of the ASF header, as the published ASF format document lays
 // them out: a GUID and a 64-bit little-endian size (which counts these 24
 // bytes) in front of every object.
 constexpr GUID kHeaderObject = {0x30, 0x26, 0xB2, 0x75, 0x8E, 0x66, 0xCF, 0x11,

@@ -62,22 +62,22 @@ fenn::P<fenn::IStreamFactory> getDiskStreamFactory()
     return g_diskStreams;
 }
 
-Bytes b(std::string_view spec)
+Bytes b(std::string_view pattern)
 {
     Bytes bytes;
-    for (std::size_t index = 0; index < spec.size();) {
-        const char c = spec[index];
+    for (std::size_t index = 0; index < pattern.size();) {
+        const char c = pattern[index];
         if (c == ' ') {
             ++index;
         } else if (c == '\'') {
-            const std::size_t end = spec.find('\'', index + 1);
+            const std::size_t end = pattern.find('\'', index + 1);
             if (end == std::string_view::npos) throw std::invalid_argument("unclosed quote");
-            bytes.insert(bytes.end(), spec.begin() + static_cast<std::ptrdiff_t>(index) + 1,
-                         spec.begin() + static_cast<std::ptrdiff_t>(end));
+            bytes.insert(bytes.end(), pattern.begin() + static_cast<std::ptrdiff_t>(index) + 1,
+                         pattern.begin() + static_cast<std::ptrdiff_t>(end));
             index = end + 1;
         } else {
-            if (index + 1 >= spec.size()) throw std::invalid_argument("odd hex digits");
-            bytes.push_back(static_cast<std::uint8_t>(hexValue(c) * 16 + hexValue(spec[index + 1])));
+            if (index + 1 >= pattern.size()) throw std::invalid_argument("odd hex digits");
+            bytes.push_back(static_cast<std::uint8_t>(hexValue(c) * 16 + hexValue(pattern[index + 1])));
             index += 2;
         }
     }

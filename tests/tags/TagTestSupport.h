@@ -14,9 +14,9 @@ namespace tbtest {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Bytes from a readable spec: pairs of hex digits and 'quoted ASCII', with
+// Bytes from a readable description: pairs of hex digits and 'quoted ASCII', with
 // blanks between ("'ID3' 03 00 00 00 00 00 0A").
-Bytes b(std::string_view spec);
+Bytes b(std::string_view pattern);
 Bytes operator+(Bytes left, const Bytes& right);
 // n zero bytes.
 Bytes zeros(std::size_t count);

@@ -23,7 +23,7 @@ void flushNothing(png_structp) {}
 
 // The libpng calls under setjmp; rowPointers and the output are made by
 // the caller, so nothing here has a destructor to skip.
-bool writePNG(const PNGSpec& spec, png_bytep* rowPointers, Bytes* output)
+bool writePNG(const PNGParameters& params, png_bytep* rowPointers, Bytes* output)
 {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png_create_info_struct(png);
@@ -32,23 +32,23 @@ bool writePNG(const PNGSpec& spec, png_bytep* rowPointers, Bytes* output)
         return false;
     }
     png_set_write_fn(png, output, appendToBytes, flushNothing);
-    png_set_IHDR(png, info, spec.width, spec.height, spec.bitDepth, spec.colourType,
-                 spec.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+    png_set_IHDR(png, info, params.width, params.height, params.bitDepth, params.colourType,
+                 params.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
-    if (!spec.palette.empty()) {
+    if (!params.palette.empty()) {
         png_color colours[256];
-        const int count = static_cast<int>(spec.palette.size() / 3);
+        const int count = static_cast<int>(params.palette.size() / 3);
         for (int index = 0; index < count; ++index) {
-            colours[index] = {spec.palette[index * 3], spec.palette[index * 3 + 1], spec.palette[index * 3 + 2]};
+            colours[index] = {params.palette[index * 3], params.palette[index * 3 + 1], params.palette[index * 3 + 2]};
         }
         png_set_PLTE(png, info, colours, count);
     }
-    if (!spec.paletteAlpha.empty()) {
-        png_set_tRNS(png, info, spec.paletteAlpha.data(), static_cast<int>(spec.paletteAlpha.size()), nullptr);
+    if (!params.paletteAlpha.empty()) {
+        png_set_tRNS(png, info, params.paletteAlpha.data(), static_cast<int>(params.paletteAlpha.size()), nullptr);
     }
-    if (spec.transparentGrey >= 0) {
+    if (params.transparentGrey >= 0) {
         png_color_16 grey{};
-        grey.gray = static_cast<png_uint_16>(spec.transparentGrey);
+        grey.gray = static_cast<png_uint_16>(params.transparentGrey);
         png_set_tRNS(png, info, nullptr, 0, &grey);
     }
     png_set_rows(png, info, rowPointers);
@@ -59,19 +59,19 @@ bool writePNG(const PNGSpec& spec, png_bytep* rowPointers, Bytes* output)
 
 }  // namespace
 
-Bytes encodePNG(const PNGSpec& spec)
+Bytes encodePNG(const PNGParameters& params)
 {
     std::vector<png_bytep> rowPointers;
-    for (const Bytes& row : spec.rows) rowPointers.push_back(const_cast<png_bytep>(row.data()));
+    for (const Bytes& row : params.rows) rowPointers.push_back(const_cast<png_bytep>(row.data()));
     Bytes output;
-    if (static_cast<int>(spec.rows.size()) != spec.height || !writePNG(spec, rowPointers.data(), &output)) {
+    if (static_cast<int>(params.rows.size()) != params.height || !writePNG(params, rowPointers.data(), &output)) {
         ADD_FAILURE() << "libpng could not write the test image";
         return {};
     }
     return output;
 }
 
-Bytes encodeJPEG(const JPEGSpec& spec)
+Bytes encodeJPEG(const JPEGParameters& params)
 {
     jpeg_compress_struct info{};
     jpeg_error_mgr errors{};
@@ -80,25 +80,25 @@ Bytes encodeJPEG(const JPEGSpec& spec)
     unsigned char* buffer = nullptr;
     unsigned long size = 0;
     jpeg_mem_dest(&info, &buffer, &size);
-    info.image_width = static_cast<JDIMENSION>(spec.width);
-    info.image_height = static_cast<JDIMENSION>(spec.height);
-    info.input_components = spec.components;
-    info.in_color_space = static_cast<J_COLOR_SPACE>(spec.colourSpace);
+    info.image_width = static_cast<JDIMENSION>(params.width);
+    info.image_height = static_cast<JDIMENSION>(params.height);
+    info.input_components = params.components;
+    info.in_color_space = static_cast<J_COLOR_SPACE>(params.colourSpace);
     jpeg_set_defaults(&info);
-    if (spec.storedColourSpace != JCS_UNKNOWN)
-        jpeg_set_colorspace(&info, static_cast<J_COLOR_SPACE>(spec.storedColourSpace));
-    jpeg_set_quality(&info, spec.quality, TRUE);
+    if (params.storedColourSpace != JCS_UNKNOWN)
+        jpeg_set_colorspace(&info, static_cast<J_COLOR_SPACE>(params.storedColourSpace));
+    jpeg_set_quality(&info, params.quality, TRUE);
     // Full-resolution chroma keeps sharp colour edges inside the tolerance.
     for (int component = 0; component < info.num_components; ++component) {
         info.comp_info[component].h_samp_factor = 1;
         info.comp_info[component].v_samp_factor = 1;
     }
-    if (spec.progressive) jpeg_simple_progression(&info);
-    info.write_Adobe_marker = spec.adobeMarker ? TRUE : FALSE;
+    if (params.progressive) jpeg_simple_progression(&info);
+    info.write_Adobe_marker = params.adobeMarker ? TRUE : FALSE;
     jpeg_start_compress(&info, TRUE);
-    const std::size_t rowBytes = static_cast<std::size_t>(spec.width) * spec.components;
+    const std::size_t rowBytes = static_cast<std::size_t>(params.width) * params.components;
     while (info.next_scanline < info.image_height) {
-        JSAMPROW row = const_cast<JSAMPROW>(spec.samples.data() + info.next_scanline * rowBytes);
+        JSAMPROW row = const_cast<JSAMPROW>(params.samples.data() + info.next_scanline * rowBytes);
         jpeg_write_scanlines(&info, &row, 1);
     }
     jpeg_finish_compress(&info);

@@ -18,7 +18,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 // A PNG as libpng writes it. rows holds the packed samples of each row as
 // the colour type and bit depth lay them out (16-bit samples big-endian).
-struct PNGSpec
+struct PNGParameters
 {
     int width = 0;
     int height = 0;
@@ -30,13 +30,13 @@ struct PNGSpec
     int transparentGrey = -1;                // tRNS of a grey image
     bool interlaced = false;
 };
-Bytes encodePNG(const PNGSpec& spec);
+Bytes encodePNG(const PNGParameters& params);
 
 // A JPEG from samples of components bytes per pixel in colourSpace
 // (JCS_GRAYSCALE, JCS_RGB or JCS_CMYK), written at the given quality;
 // storedColourSpace is what the file holds (JCS_YCCK, JCS_YCbCr, ...) or
 // JCS_UNKNOWN for libjpeg's default.
-struct JPEGSpec
+struct JPEGParameters
 {
     int width = 0;
     int height = 0;
@@ -48,7 +48,7 @@ struct JPEGSpec
     bool adobeMarker = true;
     bool progressive = false;
 };
-Bytes encodeJPEG(const JPEGSpec& spec);
+Bytes encodeJPEG(const JPEGParameters& params);
 
 // Chunk files (JNG): big-endian numbers and chunks with their CRC.
 void appendBE32(Bytes& bytes, std::uint32_t value);

@@ -44,8 +44,8 @@ struct SampleFiles
 SampleFiles makeSamples()
 {
     SampleFiles files;
-    PNGSpec png{4, 2, PNG_COLOR_TYPE_RGB_ALPHA, 8};
-    JPEGSpec jpeg{4, 2, 3, JCS_RGB, JCS_UNKNOWN};
+    PNGParameters png{4, 2, PNG_COLOR_TYPE_RGB_ALPHA, 8};
+    JPEGParameters jpeg{4, 2, 3, JCS_RGB, JCS_UNKNOWN};
     Bytes tgaPixels;
     for (int y = 0; y < 2; ++y) {
         Bytes row;

@@ -45,13 +45,13 @@ Bytes jng(const Chunks& chunks)
 
 Bytes colourJPEG(int width = kWidth, int height = kHeight)
 {
-    JPEGSpec spec{width, height, 3, JCS_RGB, JCS_UNKNOWN};
+    JPEGParameters params{width, height, 3, JCS_RGB, JCS_UNKNOWN};
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            for (int channel = 0; channel < 3; ++channel) spec.samples.push_back(gradientSample(x, y, channel));
+            for (int channel = 0; channel < 3; ++channel) params.samples.push_back(gradientSample(x, y, channel));
         }
     }
-    return encodeJPEG(spec);
+    return encodeJPEG(params);
 }
 
 RGBA colourAt(int x, int y, int alpha)
@@ -140,7 +140,7 @@ TEST(JNGDecoder, JPEGAlphaGreyAndOpaqueImages)
 {
     const auto decoder = make<CJNGDecoder>();
     // Flat 8 x 8 blocks come back from JPEG without loss.
-    JPEGSpec alphaSpec{kWidth, 8, 1, JCS_GRAYSCALE, JCS_UNKNOWN};
+    JPEGParameters alphaSpec{kWidth, 8, 1, JCS_GRAYSCALE, JCS_UNKNOWN};
     for (int index = 0; index < kWidth * 8; ++index) alphaSpec.samples.push_back(index % kWidth < 8 ? 255 : 64);
     const Bytes jpeg = colourJPEG(kWidth, 8);
     const Bytes withJPEGAlpha = jng({{"JHDR", header(kColourAlpha, 8, 8, 8, kWidth, 8)},
@@ -150,7 +150,7 @@ TEST(JNGDecoder, JPEGAlphaGreyAndOpaqueImages)
     EXPECT_TRUE(pixelsMatch(
         *decoder->decode(withJPEGAlpha), [](int x, int y) { return colourAt(x, y, x < 8 ? 255 : 64); }, kTolerance));
 
-    JPEGSpec greySpec{kWidth, kHeight, 1, JCS_GRAYSCALE, JCS_UNKNOWN};
+    JPEGParameters greySpec{kWidth, kHeight, 1, JCS_GRAYSCALE, JCS_UNKNOWN};
     for (int index = 0; index < kWidth * kHeight; ++index)
         greySpec.samples.push_back(static_cast<std::uint8_t>(index * 3));
     const Bytes greyWithAlpha = jng({{"JHDR", header(kGreyAlpha, 8)},

@@ -52,7 +52,7 @@ RGBA cmykShown(int x, int)
 struct JPEGCase
 {
     const char* name;
-    JPEGSpec spec;
+    JPEGParameters params;
     std::function<RGBA(int, int)> expected;
 };
 
@@ -85,7 +85,7 @@ TEST(JPEGDecoder, ColourSpacesComeOutAsOpaqueRGBA)
     const auto decoder = make<CJPEGDecoder>();
     for (const JPEGCase& test : cases) {
         SCOPED_TRACE(test.name);
-        const Bytes file = encodeJPEG(test.spec);
+        const Bytes file = encodeJPEG(test.params);
         ASSERT_TRUE(decoder->recognizes(file));
         const auto image = decoder->decode(file);
         ASSERT_EQ(image->getWidth(), kSize);

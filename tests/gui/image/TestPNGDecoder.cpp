@@ -39,23 +39,23 @@ Bytes packRow(const std::vector<int>& samples, int bits)
 
 // A PNG of kWidth x kHeight whose row samples come from sample(x, y, c)
 // for each of the colour type's channels.
-PNGSpec makeSpec(int colourType, int bitDepth, int channels, const std::function<int(int, int, int)>& sample)
+PNGParameters makeSpec(int colourType, int bitDepth, int channels, const std::function<int(int, int, int)>& sample)
 {
-    PNGSpec spec{kWidth, kHeight, colourType, bitDepth};
+    PNGParameters params{kWidth, kHeight, colourType, bitDepth};
     for (int y = 0; y < kHeight; ++y) {
         std::vector<int> samples;
         for (int x = 0; x < kWidth; ++x) {
             for (int channel = 0; channel < channels; ++channel) samples.push_back(sample(x, y, channel));
         }
-        spec.rows.push_back(packRow(samples, bitDepth));
+        params.rows.push_back(packRow(samples, bitDepth));
     }
-    return spec;
+    return params;
 }
 
 struct PNGCase
 {
     const char* name;
-    PNGSpec spec;
+    PNGParameters params;
     std::function<RGBA(int, int)> expected;
 };
 
@@ -67,7 +67,7 @@ std::vector<PNGCase> pngCases()
     };
     cases.push_back({"RGB 8", makeSpec(PNG_COLOR_TYPE_RGB, 8, 3, gradientSample), gradient});
 
-    PNGSpec interlaced = makeSpec(PNG_COLOR_TYPE_RGB, 8, 3, gradientSample);
+    PNGParameters interlaced = makeSpec(PNG_COLOR_TYPE_RGB, 8, 3, gradientSample);
     interlaced.interlaced = true;
     cases.push_back({"RGB 8 interlaced", interlaced, gradient});
 
@@ -91,14 +91,14 @@ std::vector<PNGCase> pngCases()
                      }});
 
     // Palette of four colours at 2 bits, the second half-transparent by tRNS.
-    PNGSpec palette = makeSpec(PNG_COLOR_TYPE_PALETTE, 2, 1, [](int x, int y, int) { return (x + y) % 4; });
+    PNGParameters palette = makeSpec(PNG_COLOR_TYPE_PALETTE, 2, 1, [](int x, int y, int) { return (x + y) % 4; });
     palette.palette = {255, 0, 0, 0, 255, 0, 0, 0, 255, 10, 20, 30};
     palette.paletteAlpha = {255, 128};
     const RGBA paletteColours[] = {{255, 0, 0, 255}, {0, 255, 0, 128}, {0, 0, 255, 255}, {10, 20, 30, 255}};
     cases.push_back(
         {"palette 2 with tRNS", palette, [paletteColours](int x, int y) { return paletteColours[(x + y) % 4]; }});
 
-    PNGSpec palette8 = makeSpec(PNG_COLOR_TYPE_PALETTE, 8, 1, [](int x, int, int) { return x; });
+    PNGParameters palette8 = makeSpec(PNG_COLOR_TYPE_PALETTE, 8, 1, [](int x, int, int) { return x; });
     for (int index = 0; index < kWidth; ++index)
         palette8.palette.insert(palette8.palette.end(), {std::uint8_t(index * 50), 7, 9});
     cases.push_back({"palette 8", palette8, [](int x, int) { return RGBA{x * 50, 7, 9, 255}; }});
@@ -114,7 +114,7 @@ std::vector<PNGCase> pngCases()
              return RGBA{grey, grey, grey, 255};
          }});
 
-    PNGSpec greyKey = makeSpec(PNG_COLOR_TYPE_GRAY, 8, 1, [](int x, int, int) { return x * 10; });
+    PNGParameters greyKey = makeSpec(PNG_COLOR_TYPE_GRAY, 8, 1, [](int x, int, int) { return x * 10; });
     greyKey.transparentGrey = 20;
     cases.push_back({"grey 8 with tRNS", greyKey, [](int x, int) {
                          return RGBA{x * 10, x * 10, x * 10, x == 2 ? 0 : 255};
@@ -141,7 +141,7 @@ TEST(PNGDecoder, EveryColourTypeComesOutAsRGBA)
     const auto decoder = make<CPNGDecoder>();
     for (const PNGCase& test : pngCases()) {
         SCOPED_TRACE(test.name);
-        const Bytes file = encodePNG(test.spec);
+        const Bytes file = encodePNG(test.params);
         ASSERT_TRUE(decoder->recognizes(file));
         const auto image = decoder->decode(file);
         ASSERT_EQ(image->getWidth(), kWidth);

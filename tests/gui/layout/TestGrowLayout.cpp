@@ -93,17 +93,17 @@ TEST(GrowLayout, SharesTheMainAxisByWeightsMaximaAndMins)
 // within its min and max.
 TEST(GrowLayout, FillsTheRoomExactlyAtEveryLength)
 {
-    const std::vector<MainItem> specs = {{3, 17, 40, 3}, {0, 9, U, 7}, {5, 5, 5, 2}, {1, 30, 31, 0}, {2, 11, U, 5}};
+    const std::vector<MainItem> wantedItems = {{3, 17, 40, 3}, {0, 9, U, 7}, {5, 5, 5, 2}, {1, 30, 31, 0}, {2, 11, U, 5}};
     auto layout = fenn::make<CGrowLayout>(Orientation::horizontal);
     layout->setSpacing(1);
     std::vector<P<CFakeItem>> items;
     int minSum = 4;
-    for (const MainItem& spec : specs) {
-        items.push_back(fakeItem({spec.min, 1}, {spec.preferred, 1}, {spec.max, 1}));
+    for (const MainItem& wanted : wantedItems) {
+        items.push_back(fakeItem({wanted.min, 1}, {wanted.preferred, 1}, {wanted.max, 1}));
         CLayoutParams params;
-        params.horzGrow = spec.grow;
+        params.horzGrow = wanted.grow;
         layout->addItem(items.back(), params);
-        minSum += spec.min;
+        minSum += wanted.min;
     }
     for (int length = minSum; length < 400; ++length) {
         layout->setBounds({0, 0, length, 1});
@@ -111,8 +111,8 @@ TEST(GrowLayout, FillsTheRoomExactlyAtEveryLength)
         for (std::size_t index = 0; index < items.size(); ++index) {
             const CRect bounds = items[index]->bounds;
             ASSERT_EQ(bounds.x, end + (index ? 1 : 0)) << "length " << length;
-            ASSERT_GE(bounds.width, specs[index].min) << "length " << length;
-            ASSERT_LE(bounds.width, specs[index].max) << "length " << length;
+            ASSERT_GE(bounds.width, wantedItems[index].min) << "length " << length;
+            ASSERT_LE(bounds.width, wantedItems[index].max) << "length " << length;
             end = bounds.right();
         }
         ASSERT_EQ(end, length);
