@@ -14,6 +14,7 @@ extern "C" {
 #include <new>
 #include <vector>
 
+#include "formats/DecodedBlocks.h"
 #include "formats/FileTypeIds.h"
 #include "formats/ffmpeg/FFmpegIO.h"
 #include "formats/ffmpeg/FFmpegTexts.h"
@@ -390,29 +391,7 @@ bool CFFmpegFileAudioSource::decodeNext()
 bool CFFmpegFileAudioSource::Read(IAudioChunk& chunk)
 {
     if (!m_decoder) throw fenn::CInvalidObjectStateError(this, "the source is not open");
-    Decoder& decoder = *m_decoder;
-    std::int32_t filled = 0;
-    bool formatSet = false;
-    while (filled < kFramesPerRead) {
-        if (decoder.blockOffset >= decoder.blockFrames && !decodeNext()) break;
-        if (!formatSet) {
-            chunk.SetSampleRate(decoder.blockRate);
-            chunk.SetChannels(decoder.blockChannels);
-            chunk.Reserve(kFramesPerRead, false);
-            formatSet = true;
-        } else if (!chunk.HasFormat(decoder.blockRate, decoder.blockChannels)) {
-            break;
-        }
-        const std::int32_t frames = std::min(kFramesPerRead - filled, decoder.blockFrames - decoder.blockOffset);
-        const std::int32_t channels = decoder.blockChannels;
-        std::copy_n(decoder.block.data() + static_cast<std::size_t>(decoder.blockOffset) * channels,
-                    static_cast<std::size_t>(frames) * channels,
-                    chunk.GetWritableData() + static_cast<std::size_t>(filled) * channels);
-        filled += frames;
-        decoder.blockOffset += frames;
-    }
-    chunk.SetLength(filled);
-    return formatSet;
+    return readDecodedBlocks(chunk, *m_decoder, kFramesPerRead, [this] { return decodeNext(); });
 }
 
 double CFFmpegFileAudioSource::GetProgress() const
