@@ -30,9 +30,6 @@ namespace {
 // Frames handed out per Read: a fifth of a second at 44100 Hz keeps the
 // pump responsive without many small reads.
 constexpr std::int32_t kFramesPerRead = 8192;
-// Bytes asked from vorbisfile per call. One call never returns more than
-// the rest of one packet, at most 4096 frames per channel.
-constexpr std::int32_t kPieceBytes = 4096 * 2 * 2;
 
 void logCallbackFailure(const char* action, const fenn::CException& error)
 {
@@ -64,10 +61,9 @@ struct CVorbisFileAudioSource::Decoder
     fenn::P<fenn::ISeekableInStream> stream;
     OggVorbis_File file{};
     bool fileOpen = false;
-    // The last piece that vorbisfile decoded, and how much of it is handed out.
-    std::vector<std::int16_t> piece = std::vector<std::int16_t>(kPieceBytes / 2);
+    // Samples of a new link with another format, kept for the next chunk.
+    std::vector<std::int16_t> piece;
     std::int32_t pieceFrames = 0;
-    std::int32_t pieceOffset = 0;
     std::int32_t pieceRate = 0;
     std::int32_t pieceChannels = 0;
 
@@ -224,26 +220,18 @@ fenn::P<fenn::CValueList> CVorbisFileAudioSource::GetTags()
     return m_tags ? m_tags : fenn::make<fenn::CValueList>();
 }
 
-bool CVorbisFileAudioSource::decodeNext()
+long CVorbisFileAudioSource::decodeInto(char* buffer, int bytes, int& link)
 {
-    Decoder& decoder = *m_decoder;
     constexpr int bigEndian = std::endian::native == std::endian::big ? 1 : 0;
     for (;;) {
-        int link = 0;
-        const long bytes =
-            ov_read(&decoder.file, reinterpret_cast<char*>(decoder.piece.data()), kPieceBytes, bigEndian, 2, 1, &link);
+        const long decoded = ov_read(&m_decoder->file, buffer, bytes, bigEndian, 2, 1, &link);
         // A hole is data the library could not use (a lost or damaged page);
         // decoding goes on behind it.
-        if (bytes == OV_HOLE) continue;
-        if (bytes < 0) throw CVorbisError(static_cast<int>(bytes));
-        if (bytes == 0) return false;
-        const vorbis_info* info = ov_info(&decoder.file, link);
-        if (!isSupportedFormat(info)) throw fenn::CFileFormatNotSupportedError(m_uri);
-        decoder.pieceRate = static_cast<std::int32_t>(info->rate);
-        decoder.pieceChannels = info->channels;
-        decoder.pieceFrames = static_cast<std::int32_t>(bytes / (2 * info->channels));
-        decoder.pieceOffset = 0;
-        if (decoder.pieceFrames > 0) return true;
+        if (decoded == OV_HOLE) continue;
+        if (decoded < 0) throw CVorbisError(static_cast<int>(decoded));
+        if (decoded > 0 && !isSupportedFormat(ov_info(&m_decoder->file, link)))
+            throw fenn::CFileFormatNotSupportedError(m_uri);
+        return decoded;
     }
 }
 
@@ -252,28 +240,51 @@ bool CVorbisFileAudioSource::Read(IAudioChunk& chunk)
     if (!m_decoder) throw fenn::CInvalidObjectStateError(this, "the source is not open");
     Decoder& decoder = *m_decoder;
     std::int32_t filled = 0;
-    bool formatSet = false;
+    std::int32_t channels = 0;
+    if (decoder.pieceFrames > 0) {
+        // The first samples of a chained file's next link, held back by the
+        // last call, open this chunk.
+        channels = decoder.pieceChannels;
+        chunk.SetSampleRate(decoder.pieceRate);
+        chunk.SetChannels(channels);
+        chunk.Reserve(kFramesPerRead, false);
+        filled = decoder.pieceFrames;
+        std::memcpy(chunk.GetWritableData(), decoder.piece.data(), static_cast<size_t>(filled) * channels * 2);
+        decoder.pieceFrames = 0;
+    } else {
+        const vorbis_info* info = ov_info(&decoder.file, -1);
+        if (!isSupportedFormat(info)) throw fenn::CFileFormatNotSupportedError(m_uri);
+        channels = info->channels;
+        chunk.SetSampleRate(static_cast<std::int32_t>(info->rate));
+        chunk.SetChannels(channels);
+        chunk.Reserve(kFramesPerRead, false);
+    }
+    // vorbisfile converts straight into the chunk: one call gives at most the
+    // rest of one packet and never more than the room it is offered.
+    char* data = reinterpret_cast<char*>(chunk.GetWritableData());
     while (filled < kFramesPerRead) {
-        if (decoder.pieceOffset >= decoder.pieceFrames && !decodeNext()) break;
-        if (!formatSet) {
-            chunk.SetSampleRate(decoder.pieceRate);
-            chunk.SetChannels(decoder.pieceChannels);
-            chunk.Reserve(kFramesPerRead, false);
-            formatSet = true;
-        } else if (!chunk.HasFormat(decoder.pieceRate, decoder.pieceChannels)) {
+        const int room = (kFramesPerRead - filled) * channels * 2;
+        char* at = data + static_cast<size_t>(filled) * channels * 2;
+        int link = 0;
+        const long bytes = decodeInto(at, room, link);
+        if (bytes == 0) break;
+        const vorbis_info* info = ov_info(&decoder.file, link);
+        if (!chunk.HasFormat(static_cast<std::int32_t>(info->rate), info->channels)) {
             // The next link of a chained file starts with the next chunk.
+            decoder.piece.resize(static_cast<size_t>(bytes / 2));
+            std::memcpy(decoder.piece.data(), at, static_cast<size_t>(bytes));
+            decoder.pieceRate = static_cast<std::int32_t>(info->rate);
+            decoder.pieceChannels = info->channels;
+            decoder.pieceFrames = static_cast<std::int32_t>(bytes / (2 * info->channels));
             break;
         }
-        const std::int32_t frames = std::min(kFramesPerRead - filled, decoder.pieceFrames - decoder.pieceOffset);
-        const std::int32_t channels = decoder.pieceChannels;
-        std::memcpy(chunk.GetWritableData() + static_cast<size_t>(filled) * channels,
-                    decoder.piece.data() + static_cast<size_t>(decoder.pieceOffset) * channels,
-                    static_cast<size_t>(frames) * channels * 2);
-        filled += frames;
-        decoder.pieceOffset += frames;
+        filled += static_cast<std::int32_t>(bytes / (2 * channels));
     }
     chunk.SetLength(filled);
-    return formatSet;
+    // The very first samples belonged to a new link: they start this chunk
+    // after all.
+    if (filled == 0 && decoder.pieceFrames > 0) return Read(chunk);
+    return filled > 0;
 }
 
 double CVorbisFileAudioSource::GetProgress() const

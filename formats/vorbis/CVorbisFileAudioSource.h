@@ -41,8 +41,9 @@ public:
 private:
     struct Decoder;
 
-    // Decodes the next piece into the decoder's buffer; false at the end.
-    bool decodeNext();
+    // Decodes at most bytes of 16-bit samples into buffer, passing over
+    // holes; 0 at the end. link is the chain link the samples belong to.
+    long decodeInto(char* buffer, int bytes, int& link);
     void publishFacts();
 
     fenn::CURI m_uri;
