@@ -146,6 +146,11 @@ void CValueList::assign(const IValueList& other)
 {
     removeAll();
     if (const CValueList* list = TCast<CValueList>(&other)) m_caseSensitivity = list->m_caseSensitivity;
+    merge(other);
+}
+
+void CValueList::merge(const IValueList& other)
+{
     P<IConstEnum> names = other.getNames();
     while (names->hasMoreElements()) {
         PC<IBase> element;

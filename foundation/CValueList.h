@@ -54,6 +54,9 @@ public:
     // A list that casts to CValueList hands over its case sensitivity too;
     // any other list leaves this one's in place.
     void assign(const IValueList& other) override;
+    // Sets every value of the other list here, keeping the values of names
+    // the other list does not have.
+    void merge(const IValueList& other);
 
     // The names of a list, as they were when the enumerator was made: later
     // changes to the list do not reach it, so it stays valid while the list

@@ -21,7 +21,23 @@ std::map<std::string, P<IWindowSystem>>& systems()
 
 }  // namespace
 
+P<CWindow> IWindowSystem::createWindow(const String& type, CWindow* parent)
+{
+    return createWindow(type, parent, *make<CValueList>());
+}
+
 void CWindowSystem::registerType(const String& type, Factory factory)
+{
+    m_factories[key(type)] = [factory = std::move(factory)](CWindow* parent, const CValueList& parameters) {
+        P<CWindow> window = factory();
+        if (!window) return window;
+        window->getProperties().merge(parameters);
+        if (parent) parent->addChild(window);
+        return window;
+    };
+}
+
+void CWindowSystem::registerParentedType(const String& type, ParentedFactory factory)
 {
     m_factories[key(type)] = std::move(factory);
 }
@@ -31,13 +47,11 @@ bool CWindowSystem::hasType(const String& type) const
     return m_factories.count(key(type)) != 0;
 }
 
-P<CWindow> CWindowSystem::createWindow(const String& type, CWindow* parent)
+P<CWindow> CWindowSystem::createWindow(const String& type, CWindow* parent, const CValueList& parameters)
 {
     const auto found = m_factories.find(key(type));
     if (found == m_factories.end()) return nullptr;
-    P<CWindow> window = found->second();
-    if (window && parent) parent->addChild(window);
-    return window;
+    return found->second(parent, parameters);
 }
 
 void CWindowSystemRegistry::add(const P<IWindowSystem>& system)
