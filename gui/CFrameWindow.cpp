@@ -238,10 +238,67 @@ std::vector<CRect> CFrameWindow::updateAndPaint()
         const int right = static_cast<int>(std::ceil(rect.right() * m_scale));
         const int bottom = static_cast<int>(std::ceil(rect.bottom() * m_scale));
         painted.push_back({left, top, right - left, bottom - top});
+        applyShape(painted.back());
     }
     cairo_surface_flush(m_buffer);
     if (m_host && m_open) m_host->present(painted.data(), static_cast<int>(painted.size()));
     return painted;
+}
+
+void CFrameWindow::setShape(const CFrameShape& shape)
+{
+    m_shape = shape;
+    invalidate();
+}
+
+namespace {
+
+// Where a frame coordinate falls in a shape image of extent imageExtent:
+// the margins map one to one from their edges, the middle is stretched.
+int shapeCoordinate(double frame, int frameExtent, int imageExtent, int marginStart, int marginEnd)
+{
+    if (frame < marginStart) return static_cast<int>(frame);
+    if (frame >= frameExtent - marginEnd) return imageExtent - static_cast<int>(std::ceil(frameExtent - frame));
+    const int frameMiddle = frameExtent - marginStart - marginEnd;
+    const int imageMiddle = imageExtent - marginStart - marginEnd;
+    if (frameMiddle <= 0 || imageMiddle <= 0) return marginStart;
+    return marginStart + static_cast<int>((frame - marginStart) * imageMiddle / frameMiddle);
+}
+
+}  // namespace
+
+// Clears the buffer's pixels outside the shape: SDL's shaped windows are not
+// reliable across window managers, so the frame keeps its rectangle and
+// leaves what lies outside its outline transparent.
+void CFrameWindow::applyShape(const CRect& deviceRect)
+{
+    if (!m_shape.image) return;
+    cairo_surface_flush(m_buffer);
+    const int width = cairo_image_surface_get_width(m_buffer);
+    const int height = cairo_image_surface_get_height(m_buffer);
+    const int stride = cairo_image_surface_get_stride(m_buffer);
+    std::uint8_t* data = cairo_image_surface_get_data(m_buffer);
+    const CRect area = deviceRect.intersected({0, 0, width, height});
+    const IImage& image = *m_shape.image;
+    const CSize frameSize = getBounds().size();
+    const std::uint32_t threshold = static_cast<std::uint32_t>(std::clamp(m_shape.alphaThreshold, 0, 256));
+    for (int y = area.y; y < area.bottom(); ++y) {
+        auto* row = reinterpret_cast<std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
+        const double frameY = y / m_scale;
+        const int imageY = m_shape.adaptToWindowSize ? shapeCoordinate(frameY, frameSize.height, image.getHeight(),
+                                                                       m_shape.marginTop, m_shape.marginBottom)
+                                                     : static_cast<int>(frameY);
+        for (int x = area.x; x < area.right(); ++x) {
+            const double frameX = x / m_scale;
+            const int imageX = m_shape.adaptToWindowSize ? shapeCoordinate(frameX, frameSize.width, image.getWidth(),
+                                                                           m_shape.marginLeft, m_shape.marginRight)
+                                                         : static_cast<int>(frameX);
+            const bool inside = imageX >= 0 && imageY >= 0 && imageX < image.getWidth() && imageY < image.getHeight() &&
+                                (image.getPixel(imageX, imageY) >> 24) >= threshold;
+            if (!inside) row[x] = 0;
+        }
+    }
+    cairo_surface_mark_dirty_rectangle(m_buffer, area.x, area.y, area.width, area.height);
 }
 
 void CFrameWindow::paintRect(const CRect& rect)

@@ -7,16 +7,32 @@
 #include "foundation/posix/CWindowTimer.h"
 #include "gui/CWindow.h"
 #include "gui/IVirtualWindowParent.h"
+#include "gui/image/IImage.h"
 
 namespace fenn::gui {
 
 // What closing a frame does.
-enum class CloseAction
-{
+enum class CloseAction {
     // The frame is hidden; its owner decides what follows.
     hide,
     // Closing ends the application's event loop.
     exit,
+};
+
+// The outline of a shaped frame ("shape" in layout files): the frame's
+// pixels where the image's alpha lies below the threshold are left
+// transparent. The image covers the frame at its own size from the top
+// left, or, adapted to the window size, stretched over it as a nine-patch
+// whose margins keep their size.
+struct CFrameShape
+{
+    P<IImage> image;
+    bool adaptToWindowSize = false;
+    int alphaThreshold = 128;
+    int marginLeft = 0;
+    int marginTop = 0;
+    int marginRight = 0;
+    int marginBottom = 0;
 };
 
 // A top-level window: the root of a window tree, with the double buffer the
@@ -56,6 +72,9 @@ public:
     void setText(const String& text) override;
     // Sizes the frame to its preferred size.
     void pack();
+    // A shape without an image gives the frame back its rectangle.
+    void setShape(const CFrameShape& shape);
+    const CFrameShape& getShape() const { return m_shape; }
     void setScaleFactor(double scale);
 
     // ---- IVirtualWindowParent ----
@@ -161,6 +180,7 @@ private:
     void paintRect(const CRect& rect);
     void paintWindow(CWindow& window, CPainter& painter, CPoint origin, const CRect& clip);
     void paintFocusRing(CPainter& painter);
+    void applyShape(const CRect& deviceRect);
     CRect focusRingRect(CWindow* window) const;
     void layoutTree(CWindow& window);
     CWindow* targetAt(CPoint point) const;
@@ -195,6 +215,7 @@ private:
     CWindow* m_toolTipOwner = nullptr;
     CPoint m_lastPointer;
     P<posix::CWindowTimer> m_toolTipTimer;
+    CFrameShape m_shape;
 };
 
 }  // namespace fenn::gui

@@ -105,6 +105,12 @@ bool CWindow::isEnabled() const
     return true;
 }
 
+void CWindow::setProperty(const String& name, const String& value)
+{
+    m_properties->setString(name, value);
+    onPropertyChanged(name);
+}
+
 void CWindow::setEnabled(bool enabled)
 {
     if (m_enabled == enabled) return;

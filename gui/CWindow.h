@@ -62,6 +62,10 @@ public:
     void setEnabled(bool enabled);
     // Named values that the application and the skin attach to a window.
     CValueList& getProperties() { return *m_properties; }
+    // Sets a property and tells the window (onPropertyChanged), so that what
+    // it shows from the property follows; a change made through
+    // getProperties() is not told.
+    void setProperty(const String& name, const String& value);
     // The window's own colours and font, or none to use the style's.
     void setBackColor(std::optional<CColor> color);
     void setTextColor(std::optional<CColor> color);
@@ -159,6 +163,8 @@ protected:
     virtual void onResized() {}
     // Called when this window or an ancestor is attached to or detached from a frame.
     virtual void onFrameChanged() {}
+    // A property was set with setProperty.
+    virtual void onPropertyChanged(const String&) {}
     // Colours of this window: its own, else the style's.
     CColor backColorOr(CColor fallback) const { return m_backColor.value_or(fallback); }
     CColor textColorOr(CColor fallback) const { return m_textColor.value_or(fallback); }

@@ -116,21 +116,28 @@ int CSliderBar::getLaneExtent() const
     return std::max(kThumbSize, across - getTickArea());
 }
 
+CSliderBar::ThumbTravel CSliderBar::getThumbTravel() const
+{
+    const double length = getLength();
+    const double travel = std::max(0.0, length - kThumbSize);
+    // Vertical sliders rise: position 0 is at the bottom.
+    if (m_orientation == Orientation::horizontal) return {kThumbSize / 2.0, kThumbSize / 2.0 + travel};
+    return {length - kThumbSize / 2.0, length - kThumbSize / 2.0 - travel};
+}
+
 double CSliderBar::thumbCentreFor(int position) const
 {
-    const double travel = std::max(0, getLength() - kThumbSize);
+    const ThumbTravel travel = getThumbTravel();
     const double fraction = static_cast<double>(position) / m_maximum;
-    const double fromStart = kThumbSize / 2.0 + travel * fraction;
-    // Vertical sliders rise: position 0 is at the bottom.
-    return m_orientation == Orientation::horizontal ? fromStart : getLength() - fromStart;
+    return travel.first + (travel.last - travel.first) * fraction;
 }
 
 double CSliderBar::positionAt(double alongTrack) const
 {
-    const double travel = getLength() - kThumbSize;
-    if (travel <= 0) return 0.0;
-    double fraction = (alongTrack - kThumbSize / 2.0) / travel;
-    if (m_orientation == Orientation::vertical) fraction = 1.0 - fraction;
+    const ThumbTravel travel = getThumbTravel();
+    const double span = travel.last - travel.first;
+    if (std::abs(span) < 1.0) return 0.0;
+    const double fraction = (alongTrack - travel.first) / span;
     return std::clamp(fraction, 0.0, 1.0) * m_maximum;
 }
 

@@ -46,8 +46,10 @@ public:
     int getPageSize() const;
 
     // The thumb, in the slider's coordinates.
-    CRect getThumbRect() const;
+    virtual CRect getThumbRect() const;
     bool isDragging() const;
+    // The pointer rests on the thumb (not while dragging).
+    bool isThumbHovered() const { return m_thumbHovered; }
 
     CSize computeSize(SizeType type) override;
     void paint(CPainter& painter) override;
@@ -56,6 +58,17 @@ public:
     bool onMouseUp(const CMouseEvent& event) override;
     void onMouseLeave() override;
     bool onKeyDown(const CKeyEvent& event) override;
+
+protected:
+    // Where the thumb's centre lies along the slider at position 0 (first)
+    // and at the maximum (last); a vertical slider's first lies below its
+    // last. A slider drawn another way overrides this with getThumbRect.
+    struct ThumbTravel
+    {
+        double first = 0.0;
+        double last = 0.0;
+    };
+    virtual ThumbTravel getThumbTravel() const;
 
 private:
     int snap(double position) const;

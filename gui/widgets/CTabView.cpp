@@ -38,27 +38,7 @@ public:
 
     void paint(CPainter& painter) override
     {
-        if (!getParent()) return;
-        const CStyle& style = CStyle::get();
-        const CTabView& tabs = view();
-        const bool enabled = isEnabled();
-        for (int index = 0; index < tabs.getPageCount(); ++index) {
-            const CRect tab = tabs.getTabRect(index).translated(-offset().x, -offset().y);
-            const bool selected = index == tabs.getSelectedIndex();
-            const bool hovered = enabled && index == m_hovered;
-            if (hovered && !selected)
-                painter.fillRoundedRect(tab.inset(2, 2, 2, 6), style.cornerRadius, style.controlHover);
-            CColor text = selected ? style.text : hovered ? style.text : style.textSecondary;
-            if (!enabled) text = style.textDisabled;
-            painter.drawText(tab.inset(0, 0, 0, 2), tabs.getPageText(index), getFont(), text, TextAlign::center,
-                             TextWrap::ellipsis);
-            if (selected) {
-                const CRect line{tab.x + kUnderlineInset, tab.bottom() - kUnderlineHeight,
-                                 tab.width - 2 * kUnderlineInset, kUnderlineHeight};
-                painter.fillRoundedRect(line, kUnderlineHeight / 2.0,
-                                        enabled ? style.accent : style.accent.mixedWith(style.windowBackground, 0.6));
-            }
-        }
+        if (getParent()) view().paintTabs(painter, offset(), m_hovered);
     }
 
     bool onMouseDown(const CMouseEvent& event) override
@@ -218,12 +198,39 @@ CSize CTabView::computeSize(SizeType type)
     return size;
 }
 
+CRect CTabView::getTabRowRect() const
+{
+    return {kStripInset, kStripTop, std::min(getTabsWidth(), std::max(0, getBounds().width - 2 * kStripInset)),
+            kStripHeight - kStripTop};
+}
+
 void CTabView::layoutChildren()
 {
-    m_strip->setBounds({kStripInset, kStripTop,
-                        std::min(getTabsWidth(), std::max(0, getBounds().width - 2 * kStripInset)),
-                        kStripHeight - kStripTop});
+    m_strip->setBounds(getTabRowRect());
     if (CWindow* page = getPage(m_selected)) page->setBounds(getPageArea());
+}
+
+void CTabView::paintTabs(CPainter& painter, CPoint rowOrigin, int hoveredTab)
+{
+    const CStyle& style = CStyle::get();
+    const bool enabled = isEnabled();
+    for (int index = 0; index < getPageCount(); ++index) {
+        const CRect tab = getTabRect(index).translated(-rowOrigin.x, -rowOrigin.y);
+        const bool selected = index == getSelectedIndex();
+        const bool hovered = enabled && index == hoveredTab;
+        if (hovered && !selected)
+            painter.fillRoundedRect(tab.inset(2, 2, 2, 6), style.cornerRadius, style.controlHover);
+        CColor text = selected ? style.text : hovered ? style.text : style.textSecondary;
+        if (!enabled) text = style.textDisabled;
+        painter.drawText(tab.inset(0, 0, 0, 2), getPageText(index), getFont(), text, TextAlign::center,
+                         TextWrap::ellipsis);
+        if (selected) {
+            const CRect line{tab.x + kUnderlineInset, tab.bottom() - kUnderlineHeight, tab.width - 2 * kUnderlineInset,
+                             kUnderlineHeight};
+            painter.fillRoundedRect(line, kUnderlineHeight / 2.0,
+                                    enabled ? style.accent : style.accent.mixedWith(style.windowBackground, 0.6));
+        }
+    }
 }
 
 void CTabView::paint(CPainter& painter)

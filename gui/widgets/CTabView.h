@@ -35,16 +35,24 @@ public:
     void choosePage(int index);
 
     // The tab of the page at index, in the view's coordinates; empty outside.
-    CRect getTabRect(int index) const;
+    virtual CRect getTabRect(int index) const;
     // The tab under point (view coordinates), or -1.
     int getTabAt(CPoint point) const;
     // Where the selected page goes.
-    CRect getPageArea() const;
+    virtual CRect getPageArea() const;
+    // Paints the tabs; the row of tabs calls it from its paint, the painter
+    // in the row's coordinates, with the row's place in the view and the
+    // tab under the pointer (or -1).
+    virtual void paintTabs(CPainter& painter, CPoint rowOrigin, int hoveredTab);
 
     CSize computeSize(SizeType type) override;
     void layoutChildren() override;
     void paint(CPainter& painter) override;
     bool onKeyDown(const CKeyEvent& event) override;
+
+protected:
+    // Where the row of tabs goes, in the view's coordinates.
+    virtual CRect getTabRowRect() const;
 
 private:
     struct Page

@@ -4,30 +4,26 @@
 
 #include <cmath>
 
+#include "foundation/CError.h"
+#include "foundation/TCast.h"
 #include "gui/CPainter.h"
 #include "gui/CStyle.h"
 #include "gui/image/CImage.h"
-#include "gui/layout/CGrowLayout.h"
+#include "gui/skin/CSkinManager.h"
 #include "gui/widgets/CButton.h"
 #include "gui/widgets/CCanvas.h"
 #include "gui/widgets/CCellView.h"
 #include "gui/widgets/CCellViewModel.h"
 #include "gui/widgets/CCheckBox.h"
 #include "gui/widgets/CDropList.h"
-#include "gui/widgets/CEditArea.h"
 #include "gui/widgets/CEditField.h"
-#include "gui/widgets/CMenuBar.h"
 #include "gui/widgets/CImageButton.h"
 #include "gui/widgets/CImageDisplay.h"
+#include "gui/widgets/CMenuBar.h"
 #include "gui/widgets/CProgressBar.h"
-#include "gui/widgets/CScrollPanel.h"
 #include "gui/widgets/CSelectField.h"
 #include "gui/widgets/CSelectGroup.h"
 #include "gui/widgets/CSliderBar.h"
-#include "gui/widgets/CSplitPanel.h"
-#include "gui/widgets/CTabView.h"
-#include "gui/widgets/CTextArea.h"
-#include "gui/widgets/CTextField.h"
 
 namespace tbtest {
 
@@ -37,58 +33,6 @@ using fenn::P;
 using fenn::String;
 
 namespace {
-
-// A window holding a layout of its own, added to a parent layout.
-P<CWindow> group(const P<CWindow>& parent, Orientation orientation, int spacing, const CLayoutParams& params = {})
-{
-    auto window = make<CWindow>();
-    auto layout = make<CGrowLayout>(orientation);
-    layout->setSpacing(spacing);
-    window->setLayout(layout);
-    parent->addChild(window);
-    parent->getLayout()->addItem(window, params);
-    return window;
-}
-
-template <class T> P<T> add(const P<CWindow>& parent, const P<T>& window, const CLayoutParams& params = {})
-{
-    parent->addChild(window);
-    parent->getLayout()->addItem(window, params);
-    return window;
-}
-
-void heading(const P<CWindow>& parent, const char* text)
-{
-    auto label = make<CTextField>(text);
-    label->setFont(CStyle::get().boldFont->withPixelSize(15));
-    add(parent, label, {.horzGrow = 1});
-}
-
-// A card: a white panel with a rounded border, holding a column.
-class CCard : public CWindow
-{
-public:
-    void paint(CPainter& painter) override
-    {
-        const CStyle& style = CStyle::get();
-        painter.drawShadow(getClientRect().inset(2, 2, 2, 4), 10, 4, style.shadow);
-        painter.fillRoundedRect(getClientRect().inset(1, 1, 1, 3), 10, style.panelBackground);
-        painter.strokeRoundedRect(getClientRect().inset(1, 1, 1, 3), 10, style.border);
-    }
-};
-
-P<CWindow> card(const P<CWindow>& parent, const char* title)
-{
-    auto made = make<CCard>();
-    auto layout = make<CGrowLayout>(Orientation::vertical);
-    layout->setSpacing(10);
-    made->setLayout(layout);
-    made->setLayoutMargins(16, 14, 16, 18);
-    parent->addChild(made);
-    parent->getLayout()->addItem(made, {.horzGrow = 1, .vertGrow = 1});
-    heading(made, title);
-    return made;
-}
 
 // A play symbol on an accent disc, drawn with cairo.
 P<IImage> playImage(int size)
@@ -127,105 +71,40 @@ void paintWave(CPainter& painter, CSize size)
     cairo_stroke(cr);
 }
 
-void buildChoices(const P<CWindow>& column)
+// The window of the last build with the id, as T; a gallery file without
+// it is broken, which the tests should hear about.
+template <class T> T& part(CGUIBuilder& builder, const char* id)
 {
-    auto buttons = card(column, "Buttons and choices");
-    auto row = group(buttons, Orientation::horizontal, 8);
-    auto primary = add(row, make<CButton>("Convert"));
-    primary->setKind(ButtonKind::primary);
-    add(row, make<CButton>("Cancel"));
-    auto disabled = add(row, make<CButton>("Disabled"));
-    disabled->setEnabled(false);
-    auto checked = add(buttons, make<CCheckBox>("Normalise volume"));
-    checked->setChecked(true);
-    add(buttons, make<CCheckBox>("Keep the original files"));
-    auto off = add(buttons, make<CCheckBox>("Write a cue sheet (not available)"));
-    off->setEnabled(false);
-    auto choices = add(buttons, make<CSelectGroup>());
-    choices->addField("Keep the quality");
-    choices->addField("CD quality");
-    choices->addField("Smallest files");
-    choices->setSelectedIndex(1);
-    auto formats = add(buttons, make<CDropList>(), {.horzGrow = 1});
-    for (const char* name : {"MP3", "Ogg Vorbis", "FLAC", "WAV", "WMA"}) formats->addEntry(name);
-    formats->setSelectedIndex(2);
-    formats->setToolTipText("The format of the converted files");
-    auto editable = add(buttons, make<CDropList>(), {.horzGrow = 1});
-    editable->setEditable(true);
-    for (const char* pattern : {"%ARTIST% - %TITLE%", "%TRACK% %TITLE%"}) editable->addEntry(pattern);
-    editable->setSelectedIndex(0);
-    auto disabledList = add(buttons, make<CDropList>(), {.horzGrow = 1});
-    disabledList->addEntry("Disabled drop list");
-    disabledList->setSelectedIndex(0);
-    disabledList->setEnabled(false);
+    auto* window = dynamic_cast<T*>(builder.getWindow(id).get());
+    if (!window) throw fenn::CError("Gallery", String("The gallery layout has no '") + id + "' of the right type.");
+    return *window;
 }
 
-void buildText(const P<CWindow>& column)
+void makeHeadingsBold(CWindow& window)
 {
-    auto text = card(column, "Text");
-    add(text, make<CTextField>("Artist"));
-    auto artist = add(text, make<CEditField>("Quorrel Ensemble"), {.horzGrow = 1});
-    artist->setId("artist");
-    auto search = add(text, make<CEditField>(), {.horzGrow = 1});
-    search->setPlaceholder("Search in the list");
-    auto readOnly = add(text, make<CEditField>("/home/user/Music/album.flac"), {.horzGrow = 1});
-    readOnly->setEditMode(EditMode::readOnly);
-    auto disabled = add(text, make<CEditField>("Disabled field"), {.horzGrow = 1});
-    disabled->setEnabled(false);
-    add(text,
-        make<CEditArea>("Liner notes\nRecorded live in one take, mixed at home and mastered for the "
-                        "loudness of a quiet room."),
-        {.horzGrow = 1, .vertGrow = 1});
-    add(text,
-        make<CTextArea>("A text area wraps its words at the width it is given and ends what does not fit "
-                        "with an ellipsis, so long descriptions stay inside their panel."),
-        {.horzGrow = 1});
+    if (window.getProperties().getString("role", "") == "heading") {
+        window.setFont(CStyle::get().boldFont->withPixelSize(15));
+    }
+    for (const auto& child : window.getChildren()) makeHeadingsBold(*child);
 }
 
-void buildValues(const P<CWindow>& column)
+void fillTrackList(CCellView& list)
 {
-    auto values = card(column, "Values, images and lists");
-    auto progress = add(values, make<CProgressBar>(), {.horzGrow = 1});
-    progress->setMaximum(100);
-    progress->setPosition(65);
-    auto slider = add(values, make<CSliderBar>(), {.horzGrow = 1});
-    slider->setMaxPosition(100);
-    slider->setTickMarkDelta(10);
-    slider->setStepSize(5);
-    slider->setPosition(40);
-    auto images = group(values, Orientation::horizontal, 12, {.horzGrow = 1});
-    add(images, make<CImageButton>(playImage(40)));
-    add(images, make<CImageDisplay>(playImage(64)));
-    add(images, make<CCanvas>(&paintWave), {.horzGrow = 1, .vertGrow = 1});
-
-    auto tabs = add(values, make<CTabView>(), {.horzGrow = 1, .vertGrow = 1});
-    auto list = make<CCellView>();
-    list->addColumn("#", 40);
-    list->addColumn("Title", 140);
-    list->addColumn("Length", 76);
-    list->addColumn("", 64, CellKind::button);
+    list.addColumn("#", 36);
+    list.addColumn("Title", 122);
+    list.addColumn("Length", 70);
+    list.addColumn("", 56, CellKind::button);
     auto model = make<CCellViewListModel>();
     for (int row = 0; row < 200; ++row) {
         model->addRow({fenn::fromInt(row + 1), String("Track number ") + fenn::fromInt(row + 1),
                        fenn::fromInt(2 + row % 5) + ":" + fenn::fromInt(10 + row % 50), "Play"});
     }
-    list->setModel(model);
-    list->setSelectionMode(SelectionMode::multiple);
-    list->select(2);
-    list->select(4, SelectAction::toggle);
-    list->sortBy(1, SortOrder::ascending);
-    list->setScrollPosition(0);
-    tabs->addPage("Tracks", list);
-    auto scroll = make<CScrollPanel>();
-    scroll->setScrollDirections(ScrollDirections::both);
-    auto content = make<CTextArea>(
-        "A scroll panel shows a part of a larger window. Scroll with the wheel, the bars or the keys.");
-    scroll->setContent(content);
-    tabs->addPage("Notes", scroll);
-    auto split = make<CSplitPanel>(Orientation::horizontal);
-    split->setPanes(make<CTextArea>("Left pane"), make<CTextArea>("Right pane"));
-    tabs->addPage("Split", split);
-    tabs->setSelectedIndex(0);
+    list.setModel(model);
+    list.setSelectionMode(SelectionMode::multiple);
+    list.select(2);
+    list.select(4, SelectAction::toggle);
+    list.sortBy(1, SortOrder::ascending);
+    list.setScrollPosition(0);
 }
 
 P<CMenuBar> buildMenuBar()
@@ -233,22 +112,26 @@ P<CMenuBar> buildMenuBar()
     auto bar = make<CMenuBar>();
     bar->setId("menuBar");
     auto file = make<CMenu>();
-    file->addItem("Add files...", [] {}, "Ctrl+O");
+    file->addItem(
+        "Add files...", [] {}, "Ctrl+O");
     file->addItem("Add folder...", [] {});
     auto recent = make<CMenu>();
     recent->addItem("Live at home.flac", [] {});
     recent->addItem("Rehearsal 3.wav", [] {});
     file->addSubmenu("Recent files", recent);
     file->addSeparator();
-    const int save = file->addItem("Save list", [] {}, "Ctrl+S");
+    const int save = file->addItem(
+        "Save list", [] {}, "Ctrl+S");
     file->setEnabled(save, false);
-    file->addItem("Quit", [] {}, "Ctrl+Q");
+    file->addItem(
+        "Quit", [] {}, "Ctrl+Q");
     auto view = make<CMenu>();
     const int large = view->addItem("Large icons", [] {});
     view->setChecked(large, true);
     view->addItem("Details", [] {});
     auto help = make<CMenu>();
-    help->addItem("Contents", [] {}, "F1");
+    help->addItem(
+        "Contents", [] {}, "F1");
     bar->addMenu("File", file);
     bar->addMenu("View", view);
     bar->addMenu("Help", help);
@@ -257,21 +140,52 @@ P<CMenuBar> buildMenuBar()
 
 }  // namespace
 
-P<CFrameWindow> buildGallery()
+fenn::CURI galleryLayoutURI()
 {
-    auto frame = make<CFrameWindow>();
-    frame->setText("Tonebench widget gallery");
-    auto layout = make<CGrowLayout>(Orientation::vertical);
-    frame->setLayout(layout);
+    return fenn::CURI::fromPath(TB_GALLERY_LAYOUT);
+}
+
+void loadDefaultSkin()
+{
+    const auto manager = fenn::gui::skin::CSkinManager::getInstance();
+    const fenn::P<fenn::gui::skin::ISkinPackage> package = manager->addPackage(fenn::CURI::fromPath(TB_DEFAULT_SKIN));
+    manager->setCurrentPackage(package->getFolder());
+}
+
+P<ILayoutItem> buildGalleryContent(CGUIBuilder& builder, CWindow& parent)
+{
+    const P<ILayoutItem> content = builder.build("galleryContent", &parent, nullptr);
+
+    part<CButton>(builder, "convert").setKind(ButtonKind::primary);
+    part<CButton>(builder, "disabledButton").setEnabled(false);
+    part<CCheckBox>(builder, "normalise").setChecked(true);
+    part<CCheckBox>(builder, "cueSheet").setEnabled(false);
+    part<CSelectField>(builder, "cdQuality").setChecked(true);
+    part<CDropList>(builder, "pattern").setEditable(true);
+    part<CDropList>(builder, "disabledList").setEnabled(false);
+    part<CEditField>(builder, "search").setPlaceholder("Search in the list");
+    part<CEditField>(builder, "disabledField").setEnabled(false);
+    part<CProgressBar>(builder, "progress").setPosition(65);
+    part<CSliderBar>(builder, "volume").setPosition(40);
+    part<CImageButton>(builder, "play").setImage(playImage(40));
+    part<CImageDisplay>(builder, "cover").setImage(playImage(64));
+    part<CCanvas>(builder, "wave").setPaintFunction(&paintWave);
+    fillTrackList(part<CCellView>(builder, "tracks"));
+    makeHeadingsBold(parent);
+    return content;
+}
+
+P<CFrameWindow> buildGallery(const P<IWindowSystem>& system)
+{
+    auto builder = make<CGUIBuilder>();
+    builder->setDefaultWindowSystem(system);
+    builder->loadFile(galleryLayoutURI());
+    const P<CFrameWindow> frame = fenn::TCast<CFrameWindow>(builder->build("gallery", nullptr, nullptr));
+    if (!frame) throw fenn::CError("Gallery", "The gallery layout's \"gallery\" is no frame.");
     auto bar = buildMenuBar();
     frame->addChild(bar);
-    layout->addItem(bar, {.horzGrow = 1});
-    auto columns = group(frame, Orientation::horizontal, 16, {.horzGrow = 1, .vertGrow = 1});
-    columns->setLayoutMargins(16, 16, 16, 16);
-    for (void (*build)(const P<CWindow>&) : {&buildChoices, &buildText, &buildValues}) {
-        auto column = group(columns, Orientation::vertical, 16, {.horzGrow = 1, .vertGrow = 1});
-        build(column);
-    }
+    frame->getLayout()->addItem(bar, {.horzGrow = 1});
+    buildGalleryContent(*builder, *frame);
     frame->setBounds({0, 0, 1120, 760});
     return frame;
 }

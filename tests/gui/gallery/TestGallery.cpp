@@ -3,7 +3,10 @@
 
 #include <set>
 
+#include "foundation/CStreamManager.h"
+#include "foundation/posix/CDiskStreamFactory.h"
 #include "gui/CStyle.h"
+#include "gui/sdl/DefaultWindowSystem.h"
 #include "gui/widgets/CEditField.h"
 #include "gui/widgets/CMenuBar.h"
 #include "tests/gui/gallery/Gallery.h"
@@ -29,8 +32,17 @@ std::size_t coloursIn(cairo_surface_t* surface, int top, int bottom)
 
 TEST(Gallery, EveryWidgetPaintsAtBothScalesAndTakesInput)
 {
+    // The gallery's layout file is read through the stream manager.
+    const auto diskStreams = fenn::make<fenn::posix::CDiskStreamFactory>();
+    fenn::CStreamManager::getInstance()->addFactory(diskStreams);
+    struct RemoveFactory
+    {
+        fenn::posix::CDiskStreamFactory* factory;
+        ~RemoveFactory() { fenn::CStreamManager::getInstance()->removeFactory(factory); }
+    } removeFactory{diskStreams.get()};
+
     for (const double scale : {1.0, 2.0}) {
-        const fenn::P<CFrameWindow> gallery = tbtest::buildGallery();
+        const fenn::P<CFrameWindow> gallery = tbtest::buildGallery(sdl::createDefaultWindowSystem());
         gallery->setScaleFactor(scale);
         gallery->show();
         gallery->updateAndPaint();

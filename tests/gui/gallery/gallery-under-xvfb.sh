@@ -5,16 +5,17 @@
 # the window does not appear, the program dies while it is used, the
 # screenshot is blank, or the program does not end with status 0.
 #
-#   gallery-under-xvfb.sh GALLERY-PROGRAM SCREENSHOT.png
+#   gallery-under-xvfb.sh GALLERY-PROGRAM SCREENSHOT.png [GALLERY-OPTION]
 set -euo pipefail
 
 gallery=$1
 screenshot=$2
+option=${3:-}
 for tool in xvfb-run xdotool import convert; do
     command -v "$tool" > /dev/null || { echo "gallery-under-xvfb: '$tool' is needed" >&2; exit 1; }
 done
 
-export GALLERY="$gallery" SCREENSHOT="$screenshot"
+export GALLERY="$gallery" SCREENSHOT="$screenshot" OPTION="$option"
 # The tests run with SDL's off-screen driver; this one needs X.
 export SDL_VIDEODRIVER=x11
 # SDL's software renderer: the GL drivers of a virtual X server are slow to
@@ -26,7 +27,7 @@ export SDL_RENDER_DRIVER=software
 # of the off-screen suite.
 export ASAN_OPTIONS="${ASAN_OPTIONS:+$ASAN_OPTIONS:}detect_leaks=0"
 xvfb-run -a -s "-screen 0 1280x1000x24" bash -euo pipefail -c '
-    "$GALLERY" > "$SCREENSHOT.log" 2>&1 &
+    "$GALLERY" ${OPTION:+"$OPTION"} > "$SCREENSHOT.log" 2>&1 &
     pid=$!
     window=$(timeout 30 xdotool search --sync --onlyvisible --classname gui_gallery | head -n 1)
     [ -n "$window" ] || { echo "no gallery window" >&2; kill $pid; exit 1; }
