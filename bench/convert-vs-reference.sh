@@ -10,7 +10,7 @@
 #
 #   bench/convert-vs-reference.sh            all jobs and the memory figure
 #   RUNS=5 bench/convert-vs-reference.sh     more runs per side
-#   JOBS=mp3 bench/convert-vs-reference.sh   only the rows whose name matches
+#   JOBS="mp3|ogg" bench/convert-vs-reference.sh   only the rows whose name matches (a regular expression)
 #
 # Each job is one "row" line below: a new codec adds its rows.
 set -euo pipefail
@@ -97,7 +97,7 @@ printf '\n%-28s %10s %10s %8s  %s\n' "job" "ours (s)" "ref. (s)" "ratio" "refere
 row() {
     local name="$1" input="$IN/$2" extension="$3" ours_options="$4"
     shift 4
-    [ -n "$JOBS" ] && ! grep -qi -- "$JOBS" <<< "$name" && return
+    [ -n "$JOBS" ] && ! grep -Eqi -- "$JOBS" <<< "$name" && return
     local reference_command=("${@//@IN@/$input}")
     reference_command=("${reference_command[@]//@OUT@/$OUT/reference.$extension}")
     local ours_output

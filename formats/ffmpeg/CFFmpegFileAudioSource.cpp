@@ -17,6 +17,7 @@ extern "C" {
 #include "formats/DecodedBlocks.h"
 #include "formats/FileTypeIds.h"
 #include "formats/ffmpeg/FFmpegIO.h"
+#include "formats/ffmpeg/FFmpegLibrary.h"
 #include "formats/ffmpeg/FFmpegTexts.h"
 #include "foundation/CObjectError.h"
 #include "foundation/CURIError.h"
@@ -142,10 +143,10 @@ struct CFFmpegFileAudioSource::Decoder
     Decoder& operator=(const Decoder&) = delete;
     ~Decoder()
     {
-        av_frame_free(&frame);
-        av_packet_free(&packet);
-        avcodec_free_context(&codec);
-        av_channel_layout_uninit(&mixLayout);
+        ffmpeg().av_frame_free(&frame);
+        ffmpeg().av_packet_free(&packet);
+        ffmpeg().avcodec_free_context(&codec);
+        ffmpeg().av_channel_layout_uninit(&mixLayout);
     }
 
     CFFmpegDemuxer demuxer;
@@ -195,10 +196,10 @@ void CFFmpegFileAudioSource::Open(std::int32_t, fenn::IBase*)
     AVFormatContext* format = decoder->demuxer.get();
     // Fills in what the headers leave open (raw AAC tells its rate only in
     // its frames); a failure here still leaves the stream to be judged below.
-    avformat_find_stream_info(format, nullptr);
+    ffmpeg().avformat_find_stream_info(format, nullptr);
     decoder->demuxer.rethrowStreamError();
     const AVCodec* codec = nullptr;
-    decoder->streamIndex = av_find_best_stream(format, AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
+    decoder->streamIndex = ffmpeg().av_find_best_stream(format, AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
     if (decoder->streamIndex < 0 || codec == nullptr) throw fenn::CFileFormatNotSupportedError(m_uri);
     const AVStream* stream = format->streams[decoder->streamIndex];
     const AVCodecParameters* parameters = stream->codecpar;
@@ -206,13 +207,14 @@ void CFFmpegFileAudioSource::Open(std::int32_t, fenn::IBase*)
         parameters->ch_layout.nb_channels < 1) {
         throw fenn::CFileFormatNotSupportedError(m_uri);
     }
-    decoder->codec = avcodec_alloc_context3(codec);
-    decoder->packet = av_packet_alloc();
-    decoder->frame = av_frame_alloc();
+    decoder->codec = ffmpeg().avcodec_alloc_context3(codec);
+    decoder->packet = ffmpeg().av_packet_alloc();
+    decoder->frame = ffmpeg().av_frame_alloc();
     if (decoder->codec == nullptr || decoder->packet == nullptr || decoder->frame == nullptr) throw std::bad_alloc();
-    if (avcodec_parameters_to_context(decoder->codec, parameters) < 0) throw fenn::CFileFormatNotSupportedError(m_uri);
+    if (ffmpeg().avcodec_parameters_to_context(decoder->codec, parameters) < 0)
+        throw fenn::CFileFormatNotSupportedError(m_uri);
     decoder->codec->pkt_timebase = stream->time_base;
-    if (avcodec_open2(decoder->codec, codec, nullptr) < 0) throw fenn::CFileFormatNotSupportedError(m_uri);
+    if (ffmpeg().avcodec_open2(decoder->codec, codec, nullptr) < 0) throw fenn::CFileFormatNotSupportedError(m_uri);
     m_decoder = std::move(decoder);
     if (!m_info) publishFacts();
 }
@@ -282,21 +284,21 @@ void CFFmpegFileAudioSource::feedDecoder()
 {
     Decoder& decoder = *m_decoder;
     for (;;) {
-        const int read = av_read_frame(decoder.demuxer.get(), decoder.packet);
+        const int read = ffmpeg().av_read_frame(decoder.demuxer.get(), decoder.packet);
         if (read == AVERROR_EOF) {
             decoder.demuxerAtEnd = true;
             // Lets the decoder hand out what it still holds (the last
             // overlap of a transform codec).
-            if (avcodec_send_packet(decoder.codec, nullptr) < 0) throwDecodingError();
+            if (ffmpeg().avcodec_send_packet(decoder.codec, nullptr) < 0) throwDecodingError();
             return;
         }
         if (read < 0) throwDecodingError();
         if (decoder.packet->stream_index != decoder.streamIndex) {
-            av_packet_unref(decoder.packet);
+            ffmpeg().av_packet_unref(decoder.packet);
             continue;
         }
-        const int sent = avcodec_send_packet(decoder.codec, decoder.packet);
-        av_packet_unref(decoder.packet);
+        const int sent = ffmpeg().avcodec_send_packet(decoder.codec, decoder.packet);
+        ffmpeg().av_packet_unref(decoder.packet);
         if (sent < 0) throwDecodingError();
         return;
     }
@@ -307,7 +309,7 @@ bool CFFmpegFileAudioSource::decodeNext()
     Decoder& decoder = *m_decoder;
     AVFrame* frame = decoder.frame;
     for (;;) {
-        const int received = avcodec_receive_frame(decoder.codec, frame);
+        const int received = ffmpeg().avcodec_receive_frame(decoder.codec, frame);
         if (received == AVERROR_EOF) return false;
         if (received == AVERROR(EAGAIN)) {
             if (decoder.demuxerAtEnd) return false;
@@ -320,26 +322,27 @@ bool CFFmpegFileAudioSource::decodeNext()
         const auto format = static_cast<AVSampleFormat>(frame->format);
         const int frames = frame->nb_samples;
         if (channels < 1 || frames < 0 || frame->sample_rate < kMinSampleRate || frame->sample_rate > kMaxSampleRate ||
-            av_get_bytes_per_sample(format) == 0) {
-            av_frame_unref(frame);
+            ffmpeg().av_get_bytes_per_sample(format) == 0) {
+            ffmpeg().av_frame_unref(frame);
             throwDecodingError();
         }
         const int outChannels = channels == 1 ? 1 : 2;
-        if (channels > 2 && av_channel_layout_compare(&decoder.mixLayout, &frame->ch_layout) != 0) {
-            av_channel_layout_uninit(&decoder.mixLayout);
+        if (channels > 2 && ffmpeg().av_channel_layout_compare(&decoder.mixLayout, &frame->ch_layout) != 0) {
+            ffmpeg().av_channel_layout_uninit(&decoder.mixLayout);
             AVChannelLayout named{};
             if (frame->ch_layout.order == AV_CHANNEL_ORDER_UNSPEC) {
-                av_channel_layout_default(&named, channels);
-            } else if (av_channel_layout_copy(&named, &frame->ch_layout) < 0) {
+                ffmpeg().av_channel_layout_default(&named, channels);
+            } else if (ffmpeg().av_channel_layout_copy(&named, &frame->ch_layout) < 0) {
                 throw std::bad_alloc();
             }
             decoder.weights.assign(static_cast<std::size_t>(2 * channels), 0.0f);
             for (int channel = 0; channel < channels; ++channel) {
-                const StereoWeights weights = stereoWeights(av_channel_layout_channel_from_index(&named, channel));
+                const StereoWeights weights =
+                    stereoWeights(ffmpeg().av_channel_layout_channel_from_index(&named, channel));
                 decoder.weights[static_cast<std::size_t>(channel)] = weights.left;
                 decoder.weights[static_cast<std::size_t>(channels + channel)] = weights.right;
             }
-            av_channel_layout_uninit(&named);
+            ffmpeg().av_channel_layout_uninit(&named);
             // Each side is scaled so that inputs at full scale in phase
             // still fit.
             for (int side = 0; side < 2; ++side) {
@@ -350,12 +353,12 @@ bool CFFmpegFileAudioSource::decodeNext()
                     for (int channel = 0; channel < channels; ++channel) row[channel] /= sum;
                 }
             }
-            if (av_channel_layout_copy(&decoder.mixLayout, &frame->ch_layout) < 0) throw std::bad_alloc();
+            if (ffmpeg().av_channel_layout_copy(&decoder.mixLayout, &frame->ch_layout) < 0) throw std::bad_alloc();
         }
 
-        const AVSampleFormat packed = av_get_packed_sample_fmt(format);
-        const bool planar = av_sample_fmt_is_planar(format) != 0;
-        const auto width = static_cast<std::size_t>(av_get_bytes_per_sample(format));
+        const AVSampleFormat packed = ffmpeg().av_get_packed_sample_fmt(format);
+        const bool planar = ffmpeg().av_sample_fmt_is_planar(format) != 0;
+        const auto width = static_cast<std::size_t>(ffmpeg().av_get_bytes_per_sample(format));
         decoder.block.resize(static_cast<std::size_t>(frames) * outChannels);
         decoder.samples.resize(static_cast<std::size_t>(channels));
         std::int16_t* out = decoder.block.data();
@@ -383,7 +386,7 @@ bool CFFmpegFileAudioSource::decodeNext()
         decoder.blockOffset = 0;
         decoder.blockRate = frame->sample_rate;
         decoder.blockChannels = outChannels;
-        av_frame_unref(frame);
+        ffmpeg().av_frame_unref(frame);
         if (frames > 0) return true;
     }
 }

@@ -15,6 +15,7 @@ extern "C" {
 #include <new>
 #include <string>
 
+#include "formats/ffmpeg/FFmpegLibrary.h"
 #include "foundation/CLogManager.h"
 #include "foundation/CObjectError.h"
 #include "foundation/CStreamManager.h"
@@ -57,19 +58,19 @@ struct StreamIO
     {
         if (context != nullptr) {
             // The context may have replaced the buffer it was given.
-            av_freep(&context->buffer);
-            avio_context_free(&context);
+            ffmpeg().av_freep(&context->buffer);
+            ffmpeg().avio_context_free(&context);
         }
     }
 
     void open(bool writable)
     {
-        auto* buffer = static_cast<unsigned char*>(av_malloc(kIOBufferSize));
+        auto* buffer = static_cast<unsigned char*>(ffmpeg().av_malloc(kIOBufferSize));
         if (buffer == nullptr) throw std::bad_alloc();
-        context = avio_alloc_context(buffer, kIOBufferSize, writable ? 1 : 0, this, writable ? nullptr : read,
-                                     writable ? write : nullptr, seek);
+        context = ffmpeg().avio_alloc_context(buffer, kIOBufferSize, writable ? 1 : 0, this, writable ? nullptr : read,
+                                              writable ? write : nullptr, seek);
         if (context == nullptr) {
-            av_free(buffer);
+            ffmpeg().av_free(buffer);
             throw std::bad_alloc();
         }
     }
@@ -157,13 +158,13 @@ struct StreamIO
 void silenceFFmpegLog()
 {
     static std::once_flag once;
-    std::call_once(once, [] { av_log_set_level(AV_LOG_QUIET); });
+    std::call_once(once, [] { ffmpeg().av_log_set_level(AV_LOG_QUIET); });
 }
 
 fenn::String ffmpegMetadataText(const AVDictionary* metadata, std::initializer_list<const char*> names)
 {
     for (const char* name : names) {
-        const AVDictionaryEntry* entry = av_dict_get(metadata, name, nullptr, 0);
+        const AVDictionaryEntry* entry = ffmpeg().av_dict_get(metadata, name, nullptr, 0);
         if (entry == nullptr || entry->value == nullptr) continue;
         const fenn::String text = fenn::String::copyOf(entry->value).trim();
         if (!text.isEmpty()) return text;
@@ -182,21 +183,21 @@ CFFmpegDemuxer::CFFmpegDemuxer(const fenn::CURI& uri, const char* demuxers) : m_
     m_io->seekable = m_io->input.get();
     try {
         m_io->open(false);
-        AVFormatContext* context = avformat_alloc_context();
+        AVFormatContext* context = ffmpeg().avformat_alloc_context();
         if (context == nullptr) throw std::bad_alloc();
         context->pb = m_io->context;
         context->io_open = refuseToOpen;
         // Freed with the context.
-        context->format_whitelist = av_strdup(demuxers);
+        context->format_whitelist = ffmpeg().av_strdup(demuxers);
         if (context->format_whitelist == nullptr) {
-            avformat_free_context(context);
+            ffmpeg().avformat_free_context(context);
             throw std::bad_alloc();
         }
         // Only the name: some demuxers trust a matching extension a little
         // more, and nothing can be opened by it.
         const std::string name = uri.getFileName().toStdString();
         // A failed open frees the context.
-        if (avformat_open_input(&context, name.c_str(), nullptr, nullptr) < 0) {
+        if (ffmpeg().avformat_open_input(&context, name.c_str(), nullptr, nullptr) < 0) {
             rethrowStreamError();
             throw fenn::CFileFormatNotSupportedError(uri);
         }
@@ -215,7 +216,7 @@ CFFmpegDemuxer::CFFmpegDemuxer(const fenn::CURI& uri, const char* demuxers) : m_
 
 CFFmpegDemuxer::~CFFmpegDemuxer()
 {
-    if (m_context != nullptr) avformat_close_input(&m_context);
+    if (m_context != nullptr) ffmpeg().avformat_close_input(&m_context);
     if (m_io) {
         const fenn::P<fenn::ISeekableInStream> stream = m_io->input;
         m_io.reset();
@@ -229,7 +230,7 @@ CFFmpegDemuxer::~CFFmpegDemuxer()
 
 std::int64_t CFFmpegDemuxer::getPosition() const
 {
-    return m_context != nullptr ? avio_tell(m_context->pb) : 0;
+    return m_context != nullptr ? ffmpeg().avio_seek(m_context->pb, 0, SEEK_CUR) : 0;
 }
 
 std::int64_t CFFmpegDemuxer::getSize() const
@@ -252,7 +253,7 @@ CFFmpegMuxer::CFFmpegMuxer(fenn::P<fenn::ISeekableOutStream> stream, const char*
     m_io->output = std::move(stream);
     m_io->seekable = m_io->output.get();
     m_io->open(true);
-    if (avformat_alloc_output_context2(&m_context, nullptr, muxer, nullptr) < 0 || m_context == nullptr) {
+    if (ffmpeg().avformat_alloc_output_context2(&m_context, nullptr, muxer, nullptr) < 0 || m_context == nullptr) {
         throw std::bad_alloc();
     }
     m_context->pb = m_io->context;
@@ -264,12 +265,12 @@ CFFmpegMuxer::CFFmpegMuxer(fenn::P<fenn::ISeekableOutStream> stream, const char*
 CFFmpegMuxer::~CFFmpegMuxer()
 {
     // The context does not own the custom AVIOContext; IO frees it after.
-    if (m_context != nullptr) avformat_free_context(m_context);
+    if (m_context != nullptr) ffmpeg().avformat_free_context(m_context);
 }
 
 bool CFFmpegMuxer::finish()
 {
-    avio_flush(m_context->pb);
+    ffmpeg().avio_flush(m_context->pb);
     rethrowStreamError();
     return m_context->pb->error == 0;
 }

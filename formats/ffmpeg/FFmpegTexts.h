@@ -11,6 +11,11 @@ inline constexpr fenn::TextKey fileFilterOther{
 inline constexpr fenn::TextKey decoderUnparseable{"tbx.CFFmpegFileAudioSource.ErrorUnparseable",
                                                   "The audio stream cannot be decoded. It may be corrupted."};
 
-inline constexpr fenn::TextKey all[] = {fileFilterOther, decoderUnparseable};
+// %NAME% is the file name of the library that is missing or incomplete.
+inline constexpr fenn::TextKey libraryMissing{
+    "tbx.FFmpegLibrary.Missing",
+    "The FFmpeg library '%NAME%' could not be loaded. Install FFmpeg to read and write these files."};
+
+inline constexpr fenn::TextKey all[] = {fileFilterOther, decoderUnparseable, libraryMissing};
 
 }  // namespace tbx::ffmpegTexts

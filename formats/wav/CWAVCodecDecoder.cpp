@@ -11,6 +11,7 @@ extern "C" {
 #include <libavutil/samplefmt.h>
 }
 
+#include "formats/ffmpeg/FFmpegLibrary.h"
 #include "formats/wav/WAVTexts.h"
 #include "foundation/CURIError.h"
 #include "foundation/IStringLocalizer.h"
@@ -193,7 +194,7 @@ CWAVCodecDecoder::CWAVCodecDecoder(const WAVFormat& file, const WAVFormat& decod
     : m_file(file), m_outputChannels(decoded.channels), m_outputBitsPerSample(decoded.bitsPerSample)
 {
     const CodecChoice choice = chooseCodec(file);
-    const AVCodec* codec = choice.id == AV_CODEC_ID_NONE ? nullptr : avcodec_find_decoder(choice.id);
+    const AVCodec* codec = choice.id == AV_CODEC_ID_NONE ? nullptr : ffmpeg().avcodec_find_decoder(choice.id);
     const bool usable = codec != nullptr && file.channels > 0 && file.samplesPerSecond > 0 &&
                         file.samplesPerSecond <= INT32_MAX && (m_outputChannels == 1 || m_outputChannels == 2) &&
                         (m_outputBitsPerSample == 8 || m_outputBitsPerSample == 16);
@@ -201,7 +202,7 @@ CWAVCodecDecoder::CWAVCodecDecoder(const WAVFormat& file, const WAVFormat& decod
 
     if (isSampleCodec(choice.id)) {
         m_packets = Packets::frames;
-        m_packetUnit = file.channels * av_get_bits_per_sample(choice.id) / 8;
+        m_packetUnit = file.channels * ffmpeg().av_get_bits_per_sample(choice.id) / 8;
     } else if (choice.id == AV_CODEC_ID_MP3 || choice.id == AV_CODEC_ID_MP2) {
         m_packets = Packets::parsed;
         m_packetUnit = 1;
@@ -225,45 +226,45 @@ CWAVCodecDecoder::CWAVCodecDecoder(const WAVFormat& file, const WAVFormat& decod
     if (m_trimToFact && factFrames > 0) m_framesLeft = factFrames;
 
     bool opened = false;
-    m_context = avcodec_alloc_context3(codec);
-    m_packet = av_packet_alloc();
-    m_frame = av_frame_alloc();
+    m_context = ffmpeg().avcodec_alloc_context3(codec);
+    m_packet = ffmpeg().av_packet_alloc();
+    m_frame = ffmpeg().av_frame_alloc();
     if (m_context && m_packet && m_frame) {
         m_context->sample_rate = static_cast<int>(file.samplesPerSecond);
-        av_channel_layout_default(&m_context->ch_layout, file.channels);
+        ffmpeg().av_channel_layout_default(&m_context->ch_layout, file.channels);
         m_context->block_align = file.blockAlign;
         m_context->bits_per_coded_sample = file.bitsPerSample;
         m_context->bit_rate = static_cast<std::int64_t>(file.averageBytesPerSecond) * 8;
         const std::size_t extraEnd = std::min<std::size_t>(file.extra.size(), file.extraSize);
         if (extraEnd > choice.extradataStart) {
             const std::size_t size = extraEnd - choice.extradataStart;
-            m_context->extradata = static_cast<std::uint8_t*>(av_mallocz(size + AV_INPUT_BUFFER_PADDING_SIZE));
+            m_context->extradata = static_cast<std::uint8_t*>(ffmpeg().av_mallocz(size + AV_INPUT_BUFFER_PADDING_SIZE));
             if (m_context->extradata) {
                 std::memcpy(m_context->extradata, file.extra.data() + choice.extradataStart, size);
                 m_context->extradata_size = static_cast<int>(size);
             }
         }
-        opened = avcodec_open2(m_context, codec, nullptr) >= 0;
+        opened = ffmpeg().avcodec_open2(m_context, codec, nullptr) >= 0;
         if (opened && m_packets == Packets::parsed) {
-            m_parser = av_parser_init(choice.id);
+            m_parser = ffmpeg().av_parser_init(choice.id);
             opened = m_parser != nullptr;
         }
     }
     if (!opened) {
-        av_parser_close(m_parser);
-        av_frame_free(&m_frame);
-        av_packet_free(&m_packet);
-        avcodec_free_context(&m_context);
+        ffmpeg().av_parser_close(m_parser);
+        ffmpeg().av_frame_free(&m_frame);
+        ffmpeg().av_packet_free(&m_packet);
+        ffmpeg().avcodec_free_context(&m_context);
         throw fenn::CFileFormatNotSupportedError(uri);
     }
 }
 
 CWAVCodecDecoder::~CWAVCodecDecoder()
 {
-    av_parser_close(m_parser);
-    av_frame_free(&m_frame);
-    av_packet_free(&m_packet);
-    avcodec_free_context(&m_context);
+    ffmpeg().av_parser_close(m_parser);
+    ffmpeg().av_frame_free(&m_frame);
+    ffmpeg().av_packet_free(&m_packet);
+    ffmpeg().avcodec_free_context(&m_context);
 }
 
 std::int64_t CWAVCodecDecoder::estimatedFrames(std::int64_t inputBytes) const
@@ -322,8 +323,9 @@ void CWAVCodecDecoder::convert(const std::uint8_t* input, std::int32_t inputByte
         while (consumed < inputBytes && m_pending.size() - m_pendingOffset < static_cast<std::size_t>(capacity)) {
             std::uint8_t* packet = nullptr;
             int packetSize = 0;
-            const int used = av_parser_parse2(m_parser, m_context, &packet, &packetSize, padded.data() + consumed,
-                                              inputBytes - consumed, AV_NOPTS_VALUE, AV_NOPTS_VALUE, 0);
+            const int used =
+                ffmpeg().av_parser_parse2(m_parser, m_context, &packet, &packetSize, padded.data() + consumed,
+                                          inputBytes - consumed, AV_NOPTS_VALUE, AV_NOPTS_VALUE, 0);
             if (used < 0) throw corruptedError();
             consumed += used;
             if (packetSize > 0) {
@@ -353,13 +355,13 @@ void CWAVCodecDecoder::drain(std::uint8_t* output, std::int32_t capacity, std::i
                 for (int flush = 0; flush < kMaxParserFlushes; ++flush) {
                     std::uint8_t* packet = nullptr;
                     int packetSize = 0;
-                    av_parser_parse2(m_parser, m_context, &packet, &packetSize, nullptr, 0, AV_NOPTS_VALUE,
-                                     AV_NOPTS_VALUE, 0);
+                    ffmpeg().av_parser_parse2(m_parser, m_context, &packet, &packetSize, nullptr, 0, AV_NOPTS_VALUE,
+                                              AV_NOPTS_VALUE, 0);
                     if (packetSize <= 0) break;
                     decodePacket(packet, packetSize);
                 }
             }
-            if (avcodec_send_packet(m_context, nullptr) >= 0) receiveFrames();
+            if (ffmpeg().avcodec_send_packet(m_context, nullptr) >= 0) receiveFrames();
         }
     }
     produced = takePending(output, capacity);
@@ -368,14 +370,14 @@ void CWAVCodecDecoder::drain(std::uint8_t* output, std::int32_t capacity, std::i
 void CWAVCodecDecoder::decodePacket(const std::uint8_t* data, std::int32_t size)
 {
     // Decoders may read a little beyond a packet: av_new_packet adds zeroed padding.
-    if (av_new_packet(m_packet, size) < 0) throw std::bad_alloc();
+    if (ffmpeg().av_new_packet(m_packet, size) < 0) throw std::bad_alloc();
     std::memcpy(m_packet->data, data, static_cast<std::size_t>(size));
-    int result = avcodec_send_packet(m_context, m_packet);
+    int result = ffmpeg().avcodec_send_packet(m_context, m_packet);
     if (result == AVERROR(EAGAIN)) {
         receiveFrames();
-        result = avcodec_send_packet(m_context, m_packet);
+        result = ffmpeg().avcodec_send_packet(m_context, m_packet);
     }
-    av_packet_unref(m_packet);
+    ffmpeg().av_packet_unref(m_packet);
     if (result < 0) {
         // MPEG audio decoders find their way back to the next good frame;
         // a damaged frame costs that frame only.
@@ -388,14 +390,14 @@ void CWAVCodecDecoder::decodePacket(const std::uint8_t* data, std::int32_t size)
 void CWAVCodecDecoder::receiveFrames()
 {
     for (;;) {
-        const int result = avcodec_receive_frame(m_context, m_frame);
+        const int result = ffmpeg().avcodec_receive_frame(m_context, m_frame);
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
         if (result < 0) {
             if (m_packets == Packets::parsed && result == AVERROR_INVALIDDATA) return;
             throw corruptedError();
         }
         appendFrame(*m_frame);
-        av_frame_unref(m_frame);
+        ffmpeg().av_frame_unref(m_frame);
     }
 }
 
@@ -410,9 +412,9 @@ void CWAVCodecDecoder::appendFrame(const AVFrame& frame)
     if (frames <= 0 || inputChannels <= 0) return;
 
     const auto format = static_cast<AVSampleFormat>(frame.format);
-    const AVSampleFormat packedFormat = av_get_packed_sample_fmt(format);
-    const bool planar = av_sample_fmt_is_planar(format) != 0;
-    const std::size_t sampleBytes = static_cast<std::size_t>(av_get_bytes_per_sample(format));
+    const AVSampleFormat packedFormat = ffmpeg().av_get_packed_sample_fmt(format);
+    const bool planar = ffmpeg().av_sample_fmt_is_planar(format) != 0;
+    const std::size_t sampleBytes = static_cast<std::size_t>(ffmpeg().av_get_bytes_per_sample(format));
     if (sampleBytes == 0) throw corruptedError();
 
     if (m_pendingOffset > 0) {

@@ -15,6 +15,7 @@ extern "C" {
 
 #include "formats/CEncodeSettingsManager.h"
 #include "formats/ffmpeg/FFmpegIO.h"
+#include "formats/ffmpeg/FFmpegLibrary.h"
 #include "formats/wma/ASFAttributes.h"
 #include "formats/wma/WMATexts.h"
 #include "foundation/CLogManager.h"
@@ -107,7 +108,7 @@ CWMAFileAudioSink::EncoderSettings CWMAFileAudioSink::chooseEncoderSettings(cons
 void CWMAFileAudioSink::addAttributes(AVDictionary** metadata, const fenn::CValueList& tags)
 {
     const auto set = [metadata](const char* name, const std::string& text) {
-        if (!text.empty() && av_dict_set(metadata, name, text.c_str(), 0) < 0) throw std::bad_alloc();
+        if (!text.empty() && ffmpeg().av_dict_set(metadata, name, text.c_str(), 0) < 0) throw std::bad_alloc();
     };
     set(asfAttributes::encodingSettings, asfAttributes::encoderName);
     set(asfAttributes::title, textOf(tags, "title"));
@@ -132,9 +133,9 @@ struct CWMAFileAudioSink::Encoder
     Encoder& operator=(const Encoder&) = delete;
     ~Encoder()
     {
-        av_frame_free(&frame);
-        av_packet_free(&packet);
-        avcodec_free_context(&codec);
+        ffmpeg().av_frame_free(&frame);
+        ffmpeg().av_packet_free(&packet);
+        ffmpeg().avcodec_free_context(&codec);
     }
 
     // Hands one frame (or null, the end) to the encoder and writes the
@@ -145,15 +146,15 @@ struct CWMAFileAudioSink::Encoder
             input->pts = nextPts;
             nextPts += input->nb_samples;
         }
-        if (avcodec_send_frame(codec, input) < 0) throwEncoderError(wmaTexts::encoderEncoding);
+        if (ffmpeg().avcodec_send_frame(codec, input) < 0) throwEncoderError(wmaTexts::encoderEncoding);
         for (;;) {
-            const int received = avcodec_receive_packet(codec, packet);
+            const int received = ffmpeg().avcodec_receive_packet(codec, packet);
             if (received == AVERROR(EAGAIN) || received == AVERROR_EOF) return;
             if (received < 0) throwEncoderError(wmaTexts::encoderEncoding);
-            av_packet_rescale_ts(packet, codec->time_base, stream->time_base);
+            ffmpeg().av_packet_rescale_ts(packet, codec->time_base, stream->time_base);
             packet->stream_index = stream->index;
             // Takes the packet's data and leaves the packet blank.
-            if (av_interleaved_write_frame(muxer.get(), packet) < 0) {
+            if (ffmpeg().av_interleaved_write_frame(muxer.get(), packet) < 0) {
                 muxer.rethrowStreamError();
                 throwEncoderError(wmaTexts::encoderEncoding);
             }
@@ -164,7 +165,7 @@ struct CWMAFileAudioSink::Encoder
     // may still hold a reference to the buffers of the last one.
     void beginFrame()
     {
-        if (av_frame_make_writable(frame) < 0) throw std::bad_alloc();
+        if (ffmpeg().av_frame_make_writable(frame) < 0) throw std::bad_alloc();
     }
 
     // Sends the frame being filled, padded with silence to the encoder's
@@ -197,11 +198,11 @@ CWMAFileAudioSink::CWMAFileAudioSink(const fenn::P<fenn::ISeekableOutStream>& st
 {
     if (!m_stream) throw fenn::CInvalidArgError(this, "CWMAFileAudioSink", "stream");
     auto encoder = std::make_unique<Encoder>(m_stream);
-    const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_WMAV2);
+    const AVCodec* codec = ffmpeg().avcodec_find_encoder(AV_CODEC_ID_WMAV2);
     if (codec == nullptr) throwEncoderError(wmaTexts::encoderInit);
-    encoder->codec = avcodec_alloc_context3(codec);
-    encoder->frame = av_frame_alloc();
-    encoder->packet = av_packet_alloc();
+    encoder->codec = ffmpeg().avcodec_alloc_context3(codec);
+    encoder->frame = ffmpeg().av_frame_alloc();
+    encoder->packet = ffmpeg().av_packet_alloc();
     if (encoder->codec == nullptr || encoder->frame == nullptr || encoder->packet == nullptr) throw std::bad_alloc();
 
     AVCodecContext* context = encoder->codec;
@@ -209,18 +210,18 @@ CWMAFileAudioSink::CWMAFileAudioSink(const fenn::P<fenn::ISeekableOutStream>& st
     // The encoder takes 32-bit float samples, one plane per channel.
     context->sample_fmt = AV_SAMPLE_FMT_FLTP;
     context->sample_rate = m_settings.sampleRate;
-    av_channel_layout_default(&context->ch_layout, m_settings.channels);
+    ffmpeg().av_channel_layout_default(&context->ch_layout, m_settings.channels);
     context->bit_rate = m_settings.bitRate;
     context->time_base = AVRational{1, m_settings.sampleRate};
     if ((format->oformat->flags & AVFMT_GLOBALHEADER) != 0) context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    if (avcodec_open2(context, codec, nullptr) < 0 || context->frame_size < 1) {
+    if (ffmpeg().avcodec_open2(context, codec, nullptr) < 0 || context->frame_size < 1) {
         throwEncoderError(wmaTexts::encoderInit);
     }
     encoder->frameSize = context->frame_size;
 
-    encoder->stream = avformat_new_stream(format, nullptr);
+    encoder->stream = ffmpeg().avformat_new_stream(format, nullptr);
     if (encoder->stream == nullptr) throw std::bad_alloc();
-    if (avcodec_parameters_from_context(encoder->stream->codecpar, context) < 0) throw std::bad_alloc();
+    if (ffmpeg().avcodec_parameters_from_context(encoder->stream->codecpar, context) < 0) throw std::bad_alloc();
     encoder->stream->time_base = context->time_base;
     addAttributes(&format->metadata, tags);
 
@@ -228,11 +229,12 @@ CWMAFileAudioSink::CWMAFileAudioSink(const fenn::P<fenn::ISeekableOutStream>& st
     frame->format = AV_SAMPLE_FMT_FLTP;
     frame->nb_samples = encoder->frameSize;
     frame->sample_rate = m_settings.sampleRate;
-    if (av_channel_layout_copy(&frame->ch_layout, &context->ch_layout) < 0 || av_frame_get_buffer(frame, 0) < 0) {
+    if (ffmpeg().av_channel_layout_copy(&frame->ch_layout, &context->ch_layout) < 0 ||
+        ffmpeg().av_frame_get_buffer(frame, 0) < 0) {
         throw std::bad_alloc();
     }
 
-    if (avformat_write_header(format, nullptr) < 0) {
+    if (ffmpeg().avformat_write_header(format, nullptr) < 0) {
         encoder->muxer.rethrowStreamError();
         throwEncoderError(wmaTexts::encoderInit);
     }
@@ -298,7 +300,7 @@ void CWMAFileAudioSink::Finish()
     Encoder& encoder = *m_encoder;
     if (encoder.filled > 0) encoder.sendPadded();
     encoder.send(nullptr);
-    if (av_write_trailer(encoder.muxer.get()) < 0 || !encoder.muxer.finish()) {
+    if (ffmpeg().av_write_trailer(encoder.muxer.get()) < 0 || !encoder.muxer.finish()) {
         encoder.muxer.rethrowStreamError();
         throwEncoderError(wmaTexts::encoderEncoding);
     }

@@ -12,6 +12,7 @@ extern "C" {
 #include <vector>
 
 #include "formats/ffmpeg/FFmpegIO.h"
+#include "formats/ffmpeg/FFmpegLibrary.h"
 #include "formats/wma/ASFAttributes.h"
 #include "formats/wma/WMATexts.h"
 #include "foundation/CFileSystemManager.h"
@@ -52,11 +53,11 @@ struct Dictionary
     Dictionary() = default;
     Dictionary(const Dictionary&) = delete;
     Dictionary& operator=(const Dictionary&) = delete;
-    ~Dictionary() { av_dict_free(&entries); }
+    ~Dictionary() { ffmpeg().av_dict_free(&entries); }
 
     void set(const char* name, const char* value)
     {
-        if (av_dict_set(&entries, name, value, 0) < 0) throw std::bad_alloc();
+        if (ffmpeg().av_dict_set(&entries, name, value, 0) < 0) throw std::bad_alloc();
     }
 
     AVDictionary* entries = nullptr;
@@ -65,13 +66,13 @@ struct Dictionary
 // Owns a packet of FFmpeg's.
 struct Packet
 {
-    Packet() : packet(av_packet_alloc())
+    Packet() : packet(ffmpeg().av_packet_alloc())
     {
         if (packet == nullptr) throw std::bad_alloc();
     }
     Packet(const Packet&) = delete;
     Packet& operator=(const Packet&) = delete;
-    ~Packet() { av_packet_free(&packet); }
+    ~Packet() { ffmpeg().av_packet_free(&packet); }
 
     AVPacket* packet;
 };
@@ -113,7 +114,7 @@ void CWMAFileTag::writeTemporaryFile(const fenn::CURI& temporary)
     // muxer drops "encoder", so the file's encoder goes in under the
     // attribute that FFmpeg reads it from.
     Dictionary attributes;
-    if (av_dict_copy(&attributes.entries, source->metadata, 0) < 0) throw std::bad_alloc();
+    if (ffmpeg().av_dict_copy(&attributes.entries, source->metadata, 0) < 0) throw std::bad_alloc();
     const fenn::String encoder = ffmpegMetadataText(source->metadata, {"encoder"});
     attributes.set("encoder", nullptr);
     if (!encoder.isEmpty()) attributes.set(asfAttributes::encodingSettings, encoder.toStdString().c_str());
@@ -134,8 +135,8 @@ void CWMAFileTag::writeTemporaryFile(const fenn::CURI& temporary)
         for (unsigned index = 0; index < source->nb_streams; ++index) {
             const AVStream* stream = source->streams[index];
             if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO) continue;
-            AVStream* copied = avformat_new_stream(copy, nullptr);
-            if (copied == nullptr || avcodec_parameters_copy(copied->codecpar, stream->codecpar) < 0) {
+            AVStream* copied = ffmpeg().avformat_new_stream(copy, nullptr);
+            if (copied == nullptr || ffmpeg().avcodec_parameters_copy(copied->codecpar, stream->codecpar) < 0) {
                 throw std::bad_alloc();
             }
             copied->time_base = stream->time_base;
@@ -145,24 +146,25 @@ void CWMAFileTag::writeTemporaryFile(const fenn::CURI& temporary)
         copy->metadata = attributes.entries;
         attributes.entries = nullptr;
 
-        if (avformat_write_header(copy, nullptr) < 0) {
+        if (ffmpeg().avformat_write_header(copy, nullptr) < 0) {
             output.rethrowStreamError();
             throwSaveError(m_file);
         }
         const Packet holder;
         AVPacket* packet = holder.packet;
         int result = 0;
-        while ((result = av_read_frame(source, packet)) >= 0) {
+        while ((result = ffmpeg().av_read_frame(source, packet)) >= 0) {
             const int index = packet->stream_index;
             if (index < 0 || static_cast<unsigned>(index) >= source->nb_streams || streamMap[index] < 0) {
-                av_packet_unref(packet);
+                ffmpeg().av_packet_unref(packet);
                 continue;
             }
-            av_packet_rescale_ts(packet, source->streams[index]->time_base, copy->streams[streamMap[index]]->time_base);
+            ffmpeg().av_packet_rescale_ts(packet, source->streams[index]->time_base,
+                                          copy->streams[streamMap[index]]->time_base);
             packet->stream_index = streamMap[index];
             packet->pos = -1;
             // Takes the packet's data and leaves the packet blank.
-            if (av_interleaved_write_frame(copy, packet) < 0) {
+            if (ffmpeg().av_interleaved_write_frame(copy, packet) < 0) {
                 output.rethrowStreamError();
                 throwSaveError(m_file);
             }
@@ -171,7 +173,7 @@ void CWMAFileTag::writeTemporaryFile(const fenn::CURI& temporary)
             input.rethrowStreamError();
             throwSaveError(m_file);
         }
-        if (av_write_trailer(copy) < 0 || !output.finish()) {
+        if (ffmpeg().av_write_trailer(copy) < 0 || !output.finish()) {
             output.rethrowStreamError();
             throwSaveError(m_file);
         }
