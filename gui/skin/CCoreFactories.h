@@ -1,58 +1,59 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+
 #include "foundation/CValueList.h"
-#include "gui/CWindow.h"
+#include "foundation/TCast.h"
+#include "gui/skin/CCoreButton.h"
+#include "gui/skin/CCoreCheckBox.h"
+#include "gui/skin/CCoreSelectField.h"
+#include "gui/skin/CCoreSliderBar.h"
+#include "gui/skin/CCoreTabView.h"
+#include "gui/skin/CCoreTextField.h"
 
 namespace fenn::gui::skin {
 
-// The factories of the skinned windows, registered with the "skin" window
-// system. Each finds its skin through the process's CSkinManager: the skin
-// set from the parameter "skinset" (default: the manager's default set), the
-// skin from "skin" (default: the set's skin for the widget kind), makes the
-// core window, copies the parameters into its properties and adds it to the
-// parent. Without a package, set or skin of the right kind they return null,
-// and the window system makes the plain widget instead. A missing or
-// frameless parent throws CError. GUI thread.
-class CCoreButtonFactory
+// The skin that the creation parameters ask for: from the set "skinset"
+// (default: the CSkinManager's default set), the skin "skin" (default: the
+// set's skin for widgetKind). Null without a package, set or skin.
+P<ISkin> findCoreSkin(const char* widgetKind, const CValueList& parameters);
+
+// A widget kind's name ("button") as a template argument.
+template <std::size_t N> struct WidgetKind
 {
-public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
+    // Implicit, so that a string literal names the kind.
+    constexpr WidgetKind(const char (&text)[N]) { std::copy_n(text, N, name); }
+    char name[N];
 };
 
-class CCoreTextFieldFactory
+// The factory of a skinned window, registered with the "skin" window
+// system: finds the skin (findCoreSkin for kind), makes the Window, copies
+// the parameters into its properties and adds it to the parent. Without a
+// skin of the kind Skin it returns null, and the window system makes the
+// plain widget instead. A missing or frameless parent throws CError. GUI
+// thread.
+template <class Window, class Skin, WidgetKind kind> class TCoreWindowFactory
 {
 public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
+    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const
+    {
+        const P<ISkin> found = findCoreSkin(kind.name, parameters);
+        const P<Skin> skin(TCast<Skin>(found.get()));
+        if (!skin) return nullptr;
+        auto window = make<Window>(parent, skin);
+        window->getProperties().merge(parameters);
+        parent->addChild(window);
+        return window;
+    }
 };
 
-class CCoreTextAreaFactory
-{
-public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
-};
-
-class CCoreCheckBoxFactory
-{
-public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
-};
-
-class CCoreSelectFieldFactory
-{
-public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
-};
-
-class CCoreSliderBarFactory
-{
-public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
-};
-
-class CCoreTabViewFactory
-{
-public:
-    P<CWindow> operator()(CWindow* parent, const CValueList& parameters) const;
-};
+using CCoreButtonFactory = TCoreWindowFactory<CCoreButton, IButtonSkin, "button">;
+using CCoreTextFieldFactory = TCoreWindowFactory<CCoreTextField, IFieldSkin, "textfield">;
+using CCoreTextAreaFactory = TCoreWindowFactory<CCoreTextArea, IFieldSkin, "textarea">;
+using CCoreCheckBoxFactory = TCoreWindowFactory<CCoreCheckBox, ICheckBoxSkin, "checkbox">;
+using CCoreSelectFieldFactory = TCoreWindowFactory<CCoreSelectField, ISelectFieldSkin, "selectfield">;
+using CCoreSliderBarFactory = TCoreWindowFactory<CCoreSliderBar, ISliderBarSkin, "sliderbar">;
+using CCoreTabViewFactory = TCoreWindowFactory<CCoreTabView, ITabViewSkin, "tabview">;
 
 }  // namespace fenn::gui::skin

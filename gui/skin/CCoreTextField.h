@@ -1,61 +1,53 @@
 #pragma once
 
-#include "gui/skin/CCoreWindow.h"
+#include "gui/skin/TCoreWindow.h"
 #include "gui/widgets/CTextArea.h"
 #include "gui/widgets/CTextField.h"
 
 namespace fenn::gui::skin {
 
-// The field states (normal, hover, disabled) of a window's inputs.
-FieldState computeFieldState(const CWindow& window);
-
-// One line of display text drawn by a field skin: the skin's layers, then
-// the text in the text layers or, without any, inside objectpos. Owned by
-// its parent; GUI thread.
-class CCoreTextField : public CTextField
+// What the skinned text field and text area share: display text (Base:
+// CTextField or CTextArea) drawn by a field skin in the states normal,
+// hover and disabled. The text is drawn by the skin's text layers or,
+// without any, inside objectpos, cut or wrapped there as Wrap says. Owned
+// by its parent; GUI thread.
+template <class Base, TextWrap Wrap> class TCoreField : public TCoreWindow<Base, FieldState>
 {
 public:
-    // Throws CError when parent is null or not inside a frame.
-    CCoreTextField(CWindow* parent, P<IFieldSkin> skin);
+    FieldState computeState() const override
+    {
+        if (!this->isEnabled()) return fieldDisabled;
+        return this->isHovered() ? fieldHover : fieldNormal;
+    }
 
-    CCoreWindow& getCore() { return *m_core; }
-
-    CSize computeSize(SizeType type) override;
-    void paint(CPainter& painter) override;
-    void onMouseEnter() override;
-    void onMouseLeave() override;
+    void paint(CPainter& painter) override { this->paintSkin(painter, this->getTextAlign(), Wrap); }
 
 protected:
-    void onResized() override;
-    void onFrameChanged() override;
-    void onPropertyChanged(const String& name) override { m_core->propertyChanged(name); }
-
-private:
-    P<CCoreWindow> m_core;
+    // Throws CError when parent is null or not inside a frame; the caller
+    // adds the field to parent.
+    TCoreField(CWindow* parent, P<IFieldSkin> skin)
+        : TCoreWindow<Base, FieldState>(parent, std::move(skin), fieldNormal)
+    {
+    }
 };
 
-// Several lines of display text drawn by a field skin, wrapped inside
-// objectpos when the skin has no text layer. Owned by its parent; GUI thread.
-class CCoreTextArea : public CTextArea
+// One line of display text, cut with an ellipsis where it does not fit.
+class CCoreTextField : public TCoreField<CTextField, TextWrap::ellipsis>
 {
 public:
-    // Throws CError when parent is null or not inside a frame.
-    CCoreTextArea(CWindow* parent, P<IFieldSkin> skin);
-
-    CCoreWindow& getCore() { return *m_core; }
+    CCoreTextField(CWindow* parent, P<IFieldSkin> skin) : TCoreField(parent, std::move(skin)) {}
 
     CSize computeSize(SizeType type) override;
-    void paint(CPainter& painter) override;
-    void onMouseEnter() override;
-    void onMouseLeave() override;
+};
 
-protected:
-    void onResized() override;
-    void onFrameChanged() override;
-    void onPropertyChanged(const String& name) override { m_core->propertyChanged(name); }
+// Several lines of display text, wrapped inside objectpos when the skin has
+// no text layer.
+class CCoreTextArea : public TCoreField<CTextArea, TextWrap::wrap>
+{
+public:
+    CCoreTextArea(CWindow* parent, P<IFieldSkin> skin) : TCoreField(parent, std::move(skin)) {}
 
-private:
-    P<CCoreWindow> m_core;
+    CSize computeSize(SizeType type) override;
 };
 
 }  // namespace fenn::gui::skin

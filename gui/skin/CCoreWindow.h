@@ -10,6 +10,14 @@
 
 namespace fenn::gui::skin {
 
+// Which layers a preferred size takes into account.
+enum class LayerSizing {
+    allLayers,
+    // For windows that measure their wrapped text themselves: a text layer
+    // would ask for its text on one line.
+    imageLayersOnly,
+};
+
 // The skin part of a skinned window (CCoreButton, CCoreTextField...): the
 // skin, the live layers, the current state and the timing of transitions.
 // Each core window derives from its plain widget class for behaviour and
@@ -23,14 +31,6 @@ namespace fenn::gui::skin {
 // comes from a clock tests may replace; a window timer asks
 // for the next frame while something plays. Owned by its window, which it
 // knows by a raw reference; GUI thread.
-// Which layers a preferred size takes into account.
-enum class LayerSizing {
-    allLayers,
-    // For windows that measure their wrapped text themselves: a text layer
-    // would ask for its text on one line.
-    imageLayersOnly,
-};
-
 class CCoreWindow : public CObject, public virtual posix::CWindowTimer::ITimerListener
 {
 public:

@@ -1,5 +1,7 @@
 #include "gui/skin/CLayer.h"
 
+#include <pango/pango.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -192,11 +194,25 @@ P<CFont> CTextLayer::makeFont(const P<CFont>& windowFont) const
     return make<CFont>(family, size, weight);
 }
 
+void CTextLayer::styleLayout(CTextLayout& layout) const
+{
+    PangoLayout* pango = layout.getPangoLayout();
+    pango_layout_set_spacing(pango, m_options.lineSpacing * PANGO_SCALE);
+    PangoAttrList* attributes = pango_attr_list_new();
+    // Attributes without a range cover the whole text.
+    if (m_options.italics) pango_attr_list_insert(attributes, pango_attr_style_new(PANGO_STYLE_ITALIC));
+    if (m_options.underline) pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
+    if (m_options.strikeout) pango_attr_list_insert(attributes, pango_attr_strikethrough_new(TRUE));
+    pango_layout_set_attributes(pango, attributes);
+    pango_attr_list_unref(attributes);
+}
+
 CSize CTextLayer::getContentSize(const ITextSource& source, double) const
 {
     const String text = source.getText();
     if (text.isEmpty()) return {};
     CTextLayout layout(makeFont(source.getFont()), text);
+    styleLayout(layout);
     return layout.getSize();
 }
 

@@ -136,6 +136,12 @@ struct TextOptions
     // In points (1/72 inch at 96 pixels per inch).
     std::optional<double> fontSize;
     std::optional<bool> bold;
+    bool italics = false;
+    bool underline = false;
+    bool strikeout = false;
+    // False fills the glyphs without antialiasing: every pixel is the
+    // text's colour or untouched, for crisp text on patterned images.
+    bool antialias = true;
 };
 
 class ITextLayer : public virtual ILayer
@@ -144,6 +150,9 @@ public:
     virtual const TextOptions& getTextOptions() const = 0;
     // The window's font changed as the layer asks.
     virtual P<CFont> makeFont(const P<CFont>& windowFont) const = 0;
+    // Gives a layout of that font the layer's line spacing, italics,
+    // underline and strike-out, for measuring and drawing alike.
+    virtual void styleLayout(CTextLayout& layout) const = 0;
 };
 
 // A layer that draws the text of its text source.
@@ -154,6 +163,7 @@ public:
 
     const TextOptions& getTextOptions() const override { return m_options; }
     P<CFont> makeFont(const P<CFont>& windowFont) const override;
+    void styleLayout(CTextLayout& layout) const override;
     bool isTextLayer() const override { return true; }
     P<ILayerState> createState(CWindow& window, const P<ITextSource>& source, CSize windowSize,
                                std::int64_t now) const override;

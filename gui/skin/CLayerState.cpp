@@ -1,5 +1,7 @@
 #include "gui/skin/CLayerState.h"
 
+#include <pango/pangocairo.h>
+
 #include <algorithm>
 
 #include "gui/CPainter.h"
@@ -126,6 +128,7 @@ void CTextLayerState::paint(CPainter& painter)
     if (area.isEmpty()) return;
 
     CTextLayout layout(m_layer->makeFont(m_source->getFont()), text);
+    m_layer->styleLayout(layout);
     layout.setWidth(area.width, options.multiline ? TextWrap::wrap : TextWrap::ellipsis);
     layout.setAlignment(geometry.halign);
     const CSize size = layout.getSize();
@@ -138,17 +141,32 @@ void CTextLayerState::paint(CPainter& painter)
     withOpacity(painter, geometry.opacity, [&](cairo_t* cr) {
         cairo_rectangle(cr, rect.x, rect.y, rect.width, rect.height);
         cairo_clip(cr);
+        const auto draw = [&](CPoint at, CColor colour) {
+            if (options.antialias) {
+                painter.drawLayout(layout, at, colour);
+                return;
+            }
+            // Glyphs drawn as text take their antialiasing from the font
+            // options of the shared pango context; filled as outlines they
+            // follow the cairo context's, which is set for this text alone.
+            cairo_save(cr);
+            cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+            cairo_move_to(cr, at.x, at.y);
+            pango_cairo_layout_path(cr, layout.getPangoLayout());
+            cairo_set_source_rgba(cr, colour.red() / 255.0, colour.green() / 255.0, colour.blue() / 255.0,
+                                  colour.alpha() / 255.0);
+            cairo_fill(cr);
+            cairo_restore(cr);
+        };
         if (options.halo) {
             for (int dy = -1; dy <= 1; ++dy) {
                 for (int dx = -1; dx <= 1; ++dx) {
-                    if (dx != 0 || dy != 0) painter.drawLayout(layout, {origin.x + dx, origin.y + dy}, *options.halo);
+                    if (dx != 0 || dy != 0) draw({origin.x + dx, origin.y + dy}, *options.halo);
                 }
             }
         }
-        if (options.shadow) {
-            painter.drawLayout(layout, {origin.x + options.shadowX, origin.y + options.shadowY}, *options.shadow);
-        }
-        painter.drawLayout(layout, origin, color);
+        if (options.shadow) draw({origin.x + options.shadowX, origin.y + options.shadowY}, *options.shadow);
+        draw(origin, color);
     });
 }
 

@@ -341,13 +341,10 @@ P<CLayer> CSkinPackage::makeTextLayer(const XMLElement& element, const LayerGeom
             options.fontSize = size;
         }
         options.bold = findBool(*font, "bold");
-        // Italics, underline, strike-out and antialiasing are read so that a
-        // wrong value is reported, but the toolkit's fonts have only a
-        // family, a size and a weight.
-        findBool(*font, "italics");
-        findBool(*font, "underline");
-        findBool(*font, "strikeout");
-        findBool(*font, "antialias");
+        options.italics = getBool(*font, "italics", false);
+        options.underline = getBool(*font, "underline", false);
+        options.strikeout = getBool(*font, "strikeout", false);
+        options.antialias = getBool(*font, "antialias", true);
     }
     return make<CTextLayer>(geometry, options);
 }

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "gui/CPainter.h"
-#include "gui/CStyle.h"
-#include "gui/Events.h"
-#include "gui/skin/CCoreWindow.h"
+#include "gui/skin/TCoreWindow.h"
 
 namespace fenn::gui::skin {
 
@@ -14,19 +11,17 @@ namespace fenn::gui::skin {
 // or its own layers), which end in checked_normal or unchecked_normal; the
 // label is drawn by the skin's text layers, or inside objectpos when the
 // skin has none. Owned by its parent; GUI thread.
-template <class Base, class Skin> class TCoreActiveField : public Base
+template <class Base, class Skin> class TCoreActiveField : public TCorePressWindow<Base, ActiveFieldState>
 {
 public:
-    CCoreWindow& getCore() { return *m_core; }
-
-    // The state the inputs and the checked value ask for now.
-    ActiveFieldState computeState() const
+    ActiveFieldState computeState() const override
     {
+        const CCoreWindow& core = this->getCore();
         const bool checked = this->isChecked();
-        const int current = m_core->getState();
+        const int current = core.getState();
         const int change = checked ? checking : unchecking;
         // A change plays to its end even when the pointer moves meanwhile.
-        if (current == change && m_core->isInTransition()) return static_cast<ActiveFieldState>(change);
+        if (current == change && core.isInTransition()) return static_cast<ActiveFieldState>(change);
         const bool showsChecked =
             current == checkedNormal || current == checkedHover || current == checkedDisabled || current == checking;
         if (showsChecked != checked) return static_cast<ActiveFieldState>(change);
@@ -38,69 +33,18 @@ public:
     void setChecked(bool checked) override
     {
         Base::setChecked(checked);
-        m_core->setState(computeState());
+        this->getCore().setState(computeState());
     }
 
-    CSize computeSize(SizeType type) override
-    {
-        const CSize preferred = m_core->getPreferredSize(this->getFont()->measureText(this->getText()));
-        if (type == SizeType::max) return {kUnboundedExtent, preferred.height};
-        return preferred;
-    }
-
-    void paint(CPainter& painter) override
-    {
-        m_core->syncState(computeState());
-        m_core->paint(painter);
-        if (!m_core->getSkin()->hasTextLayer()) {
-            const CStyle& style = CStyle::get();
-            const CColor color = this->isEnabled() ? this->textColorOr(style.text) : style.textDisabled;
-            painter.drawText(m_core->getContentRect(), this->getText(), this->getFont(), color, TextAlign::left,
-                             TextWrap::ellipsis);
-        }
-    }
-
-    void onMouseEnter() override { m_core->setState(computeState()); }
-    void onMouseLeave() override { m_core->setState(computeState()); }
-
-    bool onMouseDown(const CMouseEvent& event) override
-    {
-        m_core->setState(computeState());
-        return Base::onMouseDown(event);
-    }
-
-    bool onMouseUp(const CMouseEvent& event) override
-    {
-        // The frame clears the pressed window after this; paint picks it up.
-        this->invalidate();
-        return Base::onMouseUp(event);
-    }
+    void paint(CPainter& painter) override { this->paintSkin(painter, TextAlign::left, TextWrap::ellipsis); }
 
 protected:
     // Throws CError when parent is null or not inside a frame; the caller
     // adds the window to parent.
     TCoreActiveField(CWindow* parent, P<Skin> skin)
+        : TCorePressWindow<Base, ActiveFieldState>(parent, std::move(skin), uncheckedNormal)
     {
-        CCoreWindow::checkParent(parent);
-        m_core = make<CCoreWindow>(*this, skin, uncheckedNormal);
     }
-
-    void onResized() override
-    {
-        m_core->resize(this->getBounds().size());
-        Base::onResized();
-    }
-
-    void onFrameChanged() override
-    {
-        m_core->reset();
-        Base::onFrameChanged();
-    }
-
-    void onPropertyChanged(const String& name) override { m_core->propertyChanged(name); }
-
-private:
-    P<CCoreWindow> m_core;
 };
 
 }  // namespace fenn::gui::skin

@@ -50,6 +50,26 @@ std::string SkinFolder::parseError(const std::string& xml)
     return std::string();
 }
 
+void SkinSetTest::loadSet(const std::string& xml, const std::vector<Image>& extraImages, const char* setId)
+{
+    const std::pair<const char*, fenn::gui::CColor> plain[] = {
+        {"red", red},   {"green", green}, {"blue", blue},   {"yellow", yellow}, {"magenta", magenta},
+        {"cyan", cyan}, {"grey", grey},   {"white", white}, {"black", black}};
+    for (const auto& [name, colour] : plain) folder.writeImage(std::string(name) + ".png", {colour});
+    for (const Image& image : extraImages) folder.writeImage(image.name, image.frames, image.width, image.height);
+    folder.writeXML(xml);
+    package = folder.load();
+    set = package->getSkinSet(setId);
+    ASSERT_TRUE(set) << setId;
+}
+
+void SkinSetTest::loadPackage(const std::string& packageFolder, const char* setId)
+{
+    package = fenn::make<fenn::gui::skin::CSkinPackage>(fenn::String::copyOf(packageFolder));
+    set = package->getSkinSet(setId);
+    ASSERT_TRUE(set) << setId;
+}
+
 StartedPackages::StartedPackages() : m_packages(fenn::startCore())
 {
     m_packages->addPackage(fenn::make<fenn::posix::CPackage>());

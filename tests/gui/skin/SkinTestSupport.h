@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -12,6 +14,17 @@
 #include "tests/support/TempFolder.h"
 
 namespace skintest {
+
+// The plain colours of the test images.
+inline const fenn::gui::CColor red(255, 0, 0);
+inline const fenn::gui::CColor green(0, 255, 0);
+inline const fenn::gui::CColor blue(0, 0, 255);
+inline const fenn::gui::CColor yellow(255, 255, 0);
+inline const fenn::gui::CColor magenta(255, 0, 255);
+inline const fenn::gui::CColor cyan(0, 255, 255);
+inline const fenn::gui::CColor grey(128, 128, 128);
+inline const fenn::gui::CColor white(255, 255, 255);
+inline const fenn::gui::CColor black(0, 0, 0);
 
 // A skin package folder for one test: PNGs of plain colours (or strips of
 // several) and a skin.xml, removed afterwards.
@@ -48,6 +61,46 @@ public:
 
 private:
     std::int64_t m_now = 1000;
+};
+
+// A test of skinned windows: one skin set parsed into package and set, and
+// the core windows' clock under the test's control.
+class SkinSetTest : public ::testing::Test
+{
+protected:
+    // A PNG of the package: one colour per frame, laid side by side.
+    struct Image
+    {
+        std::string name;
+        std::vector<fenn::gui::CColor> frames;
+        int width = 8;
+        int height = 8;
+    };
+
+    // Writes an 8 x 8 image of each plain colour ("red.png", "white.png"...),
+    // the extra images and xml into the folder, parses it and takes the set
+    // setId.
+    void loadSet(const std::string& xml, const std::vector<Image>& extraImages = {}, const char* setId = "main");
+    // Parses the package in packageFolder and takes the set setId.
+    void loadPackage(const std::string& packageFolder, const char* setId);
+
+    // The set's skin id as the kind Skin; null when it is another kind.
+    template <class Skin> fenn::P<Skin> skin(const char* id) const
+    {
+        return fenn::P<Skin>(dynamic_cast<Skin*>(set->getSkin(id).get()));
+    }
+
+    // Moves the clock to now and lets core play up to there.
+    void advance(fenn::gui::skin::CCoreWindow& core, std::int64_t now)
+    {
+        clock.set(now);
+        core.update(now);
+    }
+
+    SkinFolder folder;
+    fenn::P<fenn::gui::skin::CSkinPackage> package;
+    fenn::P<fenn::gui::skin::ISkinSet> set;
+    FakeClock clock;
 };
 
 // The framework packages started as the program starts them (the platform

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <string>
+#include <vector>
 
 #include "foundation/CError.h"
 #include "gui/CStyle.h"
@@ -17,14 +21,7 @@ using namespace fenn::gui;
 using namespace fenn::gui::skin;
 using fenn::make;
 using fenn::P;
-
-const CColor red(255, 0, 0);
-const CColor green(0, 255, 0);
-const CColor blue(0, 0, 255);
-const CColor yellow(255, 255, 0);
-const CColor magenta(255, 0, 255);
-const CColor grey(128, 128, 128);
-const CColor white(255, 255, 255);
+using namespace skintest;
 
 // Buttons: red normal, green hover, blue down, grey disabled; the change
 // from normal to hover plays a yellow-then-magenta strip, 30 ms a frame.
@@ -32,49 +29,36 @@ const CColor white(255, 255, 255);
 const char* const kTestSkin = R"(<skinpackage>
   <skinset id="main">
     <buttonskin id="button" objectpos="6,4,6,4">
-      <animlayer file="normal.png" states="normal"><scalemargins left="2" top="2" right="2" bottom="2"/></animlayer>
-      <animlayer file="hover.png" states="hover"/>
-      <animlayer file="down.png" states="down"/>
-      <animlayer file="off.png" states="disabled"/>
+      <animlayer file="red.png" states="normal"><scalemargins left="2" top="2" right="2" bottom="2"/></animlayer>
+      <animlayer file="green.png" states="hover"/>
+      <animlayer file="blue.png" states="down"/>
+      <animlayer file="grey.png" states="disabled"/>
       <animlayer file="fade.png" frames="2" delay="30" transitions="normal-hover"/>
       <textlayer states="*" color="#FFFFFF" left="6" right="6"><font size="9" bold="true"/></textlayer>
     </buttonskin>
     <buttonskin id="ordered">
-      <animlayer file="normal.png" states="normal" order="2"/>
-      <animlayer file="hover.png" states="normal" order="1"/>
+      <animlayer file="red.png" states="normal" order="2"/>
+      <animlayer file="green.png" states="normal" order="1"/>
     </buttonskin>
     <buttonskin id="documentorder">
-      <animlayer file="normal.png" states="normal"/>
-      <animlayer file="hover.png" states="normal"/>
+      <animlayer file="red.png" states="normal"/>
+      <animlayer file="green.png" states="normal"/>
     </buttonskin>
     <fieldskin id="textfield" objectpos="5,3,5,3">
-      <animlayer file="field.png" states="*"><minsize width="-1" height="26"/></animlayer>
-      <animlayer file="hover.png" states="hover" left="0" right="-3" rightfactor="1"/>
+      <animlayer file="white.png" states="*"><minsize width="-1" height="26"/></animlayer>
+      <animlayer file="green.png" states="hover" left="0" right="-3" rightfactor="1"/>
       <textlayer states="*" color="#0000FF" halign="left" left="5" right="5"/>
     </fieldskin>
     <fieldskin id="textarea" objectpos="5,3,5,3">
-      <animlayer file="field.png" states="*"/>
+      <animlayer file="white.png" states="*"/>
     </fieldskin>
   </skinset>
 </skinpackage>)";
 
-class SkinnedWindows : public ::testing::Test
+class SkinnedWindows : public SkinSetTest
 {
 protected:
-    void SetUp() override
-    {
-        folder.writeImage("normal.png", {red});
-        folder.writeImage("hover.png", {green});
-        folder.writeImage("down.png", {blue});
-        folder.writeImage("off.png", {grey});
-        folder.writeImage("field.png", {white});
-        folder.writeImage("fade.png", {yellow, magenta});
-        folder.writeXML(kTestSkin);
-        package = folder.load();
-        set = package->getSkinSet("main");
-    }
-
-    template <class Skin> P<Skin> skin(const char* id) { return P<Skin>(dynamic_cast<Skin*>(set->getSkin(id).get())); }
+    void SetUp() override { loadSet(kTestSkin, {{"fade.png", {yellow, magenta}}}); }
 
     P<CCoreButton> addButton(tbtest::GuiTestFrame& test, const char* skinId, const char* text = "")
     {
@@ -83,11 +67,6 @@ protected:
         test.add(button);
         return button;
     }
-
-    skintest::SkinFolder folder;
-    P<CSkinPackage> package;
-    P<ISkinSet> set;
-    skintest::FakeClock clock;
 };
 
 TEST_F(SkinnedWindows, ButtonPlaysTransitionsThenStateLayers)
@@ -107,12 +86,10 @@ TEST_F(SkinnedWindows, ButtonPlaysTransitionsThenStateLayers)
     EXPECT_EQ(button->getCore().getState(), buttonHover);
     EXPECT_TRUE(button->getCore().isInTransition());
     EXPECT_EQ(test.pixel(inside.x, inside.y), yellow);
-    clock.set(1035);
-    button->getCore().update(1035);
+    advance(button->getCore(), 1035);
     test.render();
     EXPECT_EQ(test.pixel(inside.x, inside.y), magenta);
-    clock.set(1060);
-    button->getCore().update(1060);
+    advance(button->getCore(), 1060);
     test.render();
     EXPECT_FALSE(button->getCore().isInTransition());
     EXPECT_EQ(test.pixel(inside.x, inside.y), green);
@@ -225,6 +202,154 @@ TEST_F(SkinnedWindows, Picture)
     EXPECT_EQ(hover->getCore().getState(), buttonHover);
     EXPECT_EQ(field->getCore().getState(), fieldNormal);
     test.writePNG("skin-widgets");
+}
+
+// The text's pixels in a window: every pixel that is not the white
+// background, in window coordinates.
+class Ink
+{
+public:
+    Ink(const tbtest::GuiTestFrame& test, const CWindow& window) : m_size(window.getBounds().size())
+    {
+        const CRect bounds = window.getBounds();
+        m_ink.assign(static_cast<std::size_t>(m_size.width * m_size.height), false);
+        for (int y = 0; y < m_size.height; ++y) {
+            for (int x = 0; x < m_size.width; ++x) {
+                const CColor colour = test.pixel(bounds.x + x, bounds.y + y);
+                if (colour == white) continue;
+                m_ink[index(x, y)] = true;
+                if (colour != black) blended = true;
+                left = std::min(left, x);
+                right = std::max(right, x);
+                top = std::min(top, y);
+                bottom = std::max(bottom, y);
+            }
+        }
+    }
+
+    int width() const { return right - left + 1; }
+    int height() const { return bottom - top + 1; }
+
+    // The longest unbroken run of ink in a row.
+    int longestRun(int y) const
+    {
+        int longest = 0;
+        int run = 0;
+        for (int x = 0; x < m_size.width; ++x) {
+            run = m_ink[index(x, y)] ? run + 1 : 0;
+            longest = std::max(longest, run);
+        }
+        return longest;
+    }
+
+    // The longest run in the rows first..last.
+    int longestRun(int first, int last) const
+    {
+        int longest = 0;
+        for (int y = std::max(first, 0); y <= std::min(last, m_size.height - 1); ++y)
+            longest = std::max(longest, longestRun(y));
+        return longest;
+    }
+
+    // The mean x of the ink in the rows first..last.
+    double meanX(int first, int last) const
+    {
+        double sum = 0.0;
+        int count = 0;
+        for (int y = first; y <= last; ++y) {
+            for (int x = 0; x < m_size.width; ++x) {
+                if (!m_ink[index(x, y)]) continue;
+                sum += x;
+                ++count;
+            }
+        }
+        return count > 0 ? sum / count : 0.0;
+    }
+
+    // How far the top quarter of the ink leans right of the bottom quarter.
+    double slant() const
+    {
+        const int quarter = std::max(1, height() / 4);
+        return meanX(top, top + quarter - 1) - meanX(bottom - quarter + 1, bottom);
+    }
+
+    int left = 1 << 20;
+    int right = -1;
+    int top = 1 << 20;
+    int bottom = -1;
+    // Some ink is neither white nor black: antialiased edges.
+    bool blended = false;
+
+private:
+    std::size_t index(int x, int y) const { return static_cast<std::size_t>(y * m_size.width + x); }
+
+    CSize m_size;
+    std::vector<bool> m_ink;
+};
+
+// Black text on white fields, each drawing the same text as "plain" with
+// one attribute more (or "lines" with wider line spacing).
+class TextLayerAttributes : public SkinSetTest
+{
+protected:
+    void SetUp() override
+    {
+        std::string xml = "<skinpackage><skinset id=\"main\">";
+        const auto field = [&](const char* id, const char* layerAttributes, const char* fontAttributes) {
+            xml += std::string("<fieldskin id=\"") + id + "\"><animlayer file=\"white.png\" states=\"*\"/>" +
+                   "<textlayer states=\"*\" color=\"#000000\" halign=\"left\" left=\"4\" top=\"4\" right=\"4\" " +
+                   "bottom=\"4\" " + layerAttributes + "><font name=\"DejaVu Sans\" size=\"24\" " + fontAttributes +
+                   "/></textlayer></fieldskin>";
+        };
+        field("plain", "", "");
+        field("underline", "", "underline=\"true\"");
+        field("strikeout", "", "strikeout=\"true\"");
+        field("italics", "", "italics=\"true\"");
+        field("aliased", "", "antialias=\"false\"");
+        field("lines", "multiline=\"true\"", "");
+        field("spaced", "multiline=\"true\" linespacing=\"10\"", "");
+        xml += "</skinset></skinpackage>";
+        loadSet(xml);
+    }
+};
+
+TEST_F(TextLayerAttributes, FontAttributesAndLineSpacingShowInThePicture)
+{
+    tbtest::GuiTestFrame test(400, 560);
+    std::map<std::string, P<CCoreTextField>> fields;
+    for (const char* id : {"plain", "underline", "strikeout", "italics", "aliased", "lines", "spaced"}) {
+        auto field = make<CCoreTextField>(&test.frame(), skin<IFieldSkin>(id));
+        field->setText(std::string(id) == "lines" || std::string(id) == "spaced" ? "xxxx\nxxxx" : "xxxx");
+        test.add(field);
+        fields[id] = field;
+    }
+    test.render();
+    const auto ink = [&](const char* id) { return Ink(test, *fields[id]); };
+    const Ink plain = ink("plain");
+    ASSERT_GT(plain.width(), 40);
+    EXPECT_TRUE(plain.blended);
+
+    // Underline: a line under the text's baseline, nearly as wide as the text.
+    const Ink underline = ink("underline");
+    EXPECT_GT(underline.bottom, plain.bottom);
+    EXPECT_GE(underline.longestRun(plain.bottom + 1, underline.bottom), plain.width() * 9 / 10);
+    // Strike-out: an unbroken line through the letters, which "x"s alone never draw.
+    EXPECT_LT(plain.longestRun(plain.top, plain.bottom), plain.width() / 2);
+    EXPECT_GE(ink("strikeout").longestRun(plain.top, plain.bottom), plain.width() * 9 / 10);
+    // Italics: the letters lean right.
+    EXPECT_LT(std::abs(plain.slant()), 1.0);
+    EXPECT_GT(ink("italics").slant(), 2.0);
+    // Without antialiasing every pixel is the text's colour or the background's.
+    const Ink aliased = ink("aliased");
+    EXPECT_FALSE(aliased.blended);
+    EXPECT_NEAR(aliased.width(), plain.width(), 2);
+    EXPECT_NEAR(aliased.height(), plain.height(), 2);
+
+    // Line spacing: the second line moves down by it, and the field asks for as much more height.
+    EXPECT_EQ(ink("spaced").height() - ink("lines").height(), 10);
+    EXPECT_EQ(fields["spaced"]->computeSize(SizeType::preferred).height -
+                  fields["lines"]->computeSize(SizeType::preferred).height,
+              10);
 }
 
 }  // namespace

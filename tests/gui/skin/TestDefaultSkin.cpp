@@ -25,32 +25,29 @@ using namespace fenn::gui::skin;
 using fenn::make;
 using fenn::P;
 using fenn::String;
-
-const CColor red(255, 0, 0);
-const CColor green(0, 255, 0);
-const CColor blue(0, 0, 255);
-const CColor yellow(255, 255, 0);
+using namespace skintest;
 
 // Icons named by a window property: relative to the package, absolute, as
 // a file URI, the @2x twin in a scaled frame, and a change of the property
 // showing at once.
-TEST(SkinPropertyImages, ResolveAgainstThePackageAndFollowTheProperty)
+class SkinPropertyImages : public SkinSetTest
 {
-    const skintest::StartedPackages packages;
-    skintest::SkinFolder folder;
-    folder.writeImage("icons/red.png", {red});
-    folder.writeImage("icons/red@2x.png", {yellow}, 16, 16);
-    folder.writeImage("other/blue.png", {blue});
-    folder.writeImage("other/green.png", {green});
-    folder.writeXML(R"(<skinpackage><skinset id="main">
+};
+
+TEST_F(SkinPropertyImages, ResolveAgainstThePackageAndFollowTheProperty)
+{
+    const StartedPackages packages;
+    loadSet(R"(<skinpackage><skinset id="main">
       <buttonskin id="tile"><animlayer uriprop="icon" states="*"><minsize width="40" height="40"/></animlayer></buttonskin>
-    </skinset></skinpackage>)");
-    const P<CSkinPackage> package = folder.load();
-    const P<IButtonSkin> skin(dynamic_cast<IButtonSkin*>(package->getSkinSet("main")->getSkin("tile").get()));
+    </skinset></skinpackage>)",
+            {{"icons/red.png", {red}},
+             {"icons/red@2x.png", {yellow}, 16, 16},
+             {"other/blue.png", {blue}},
+             {"other/green.png", {green}}});
 
     for (const double scale : {1.0, 2.0}) {
         tbtest::GuiTestFrame test(200, 100, scale);
-        auto tile = make<CCoreButton>(&test.frame(), skin);
+        auto tile = make<CCoreButton>(&test.frame(), skin<IButtonSkin>("tile"));
         tile->setProperty("icon", "icons/red.png");
         test.add(tile);
         test.render();
@@ -129,18 +126,13 @@ struct Cell
     CLayoutParams params = {};
 };
 
-class DefaultSkinPicture : public ::testing::Test
+class DefaultSkinPicture : public SkinSetTest
 {
 protected:
     void SetUp() override
     {
-        const std::filesystem::path folder = std::filesystem::path(TB_SOURCE_DATA_DIR) / "skin" / "default";
-        package = make<CSkinPackage>(String::copyOf(folder.string()));
-        set = package->getSkinSet("default");
-        ASSERT_TRUE(set);
+        loadPackage((std::filesystem::path(TB_SOURCE_DATA_DIR) / "skin" / "default").string(), "default");
     }
-
-    template <class Skin> P<Skin> skin(const char* id) { return P<Skin>(dynamic_cast<Skin*>(set->getSkin(id).get())); }
 
     P<CWindow> snapshot(const Cell& cell, double scale)
     {
@@ -189,10 +181,6 @@ protected:
         picture.render();
         picture.writePNG(name);
     }
-
-    P<CSkinPackage> package;
-    P<fenn::gui::skin::ISkinSet> set;
-    skintest::FakeClock clock;
 };
 
 void hover(tbtest::GuiTestFrame& test, CWindow& window)
@@ -208,7 +196,7 @@ void press(tbtest::GuiTestFrame& test, CWindow& window)
 
 TEST_F(DefaultSkinPicture, EveryWidgetInItsStates)
 {
-    const skintest::StartedPackages packages;
+    const StartedPackages packages;
     const auto button = [&](const char* text, bool enabled = true) {
         return [=, this](CWindow& frame) {
             auto window = make<CCoreButton>(&frame, skin<IButtonSkin>("button"));

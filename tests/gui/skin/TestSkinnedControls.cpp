@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
-
 #include "foundation/CObject.h"
 #include "gui/IWindowListener.h"
 #include "gui/layout/ILayoutItem.h"
@@ -19,15 +17,7 @@ using namespace fenn::gui;
 using namespace fenn::gui::skin;
 using fenn::make;
 using fenn::P;
-
-const CColor red(255, 0, 0);
-const CColor green(0, 255, 0);
-const CColor blue(0, 0, 255);
-const CColor yellow(255, 255, 0);
-const CColor magenta(255, 0, 255);
-const CColor cyan(0, 255, 255);
-const CColor grey(128, 128, 128);
-const CColor white(255, 255, 255);
+using namespace skintest;
 
 // Counts the changes a window reports and keeps the last index.
 class ChangeCounter : public fenn::CObject, public virtual IWindowListener
@@ -84,38 +74,14 @@ const char* const kControlSkin = R"(<skinpackage>
   </skinset>
 </skinpackage>)";
 
-class SkinnedControls : public ::testing::Test
+class SkinnedControls : public SkinSetTest
 {
 protected:
     void SetUp() override
     {
-        folder.writeImage("red.png", {red});
-        folder.writeImage("green.png", {green});
-        folder.writeImage("blue.png", {blue});
-        folder.writeImage("grey.png", {grey});
-        folder.writeImage("white.png", {white});
-        folder.writeImage("yellow.png", {yellow});
-        folder.writeImage("cyan.png", {cyan});
-        folder.writeImage("in.png", {yellow, magenta});
-        folder.writeImage("out.png", {magenta, yellow});
-        folder.writeImage("knob.png", {red}, 10, 10);
-        folder.writeXML(kControlSkin);
-        package = folder.load();
-        set = package->getSkinSet("main");
+        loadSet(kControlSkin,
+                {{"in.png", {yellow, magenta}}, {"out.png", {magenta, yellow}}, {"knob.png", {red}, 10, 10}});
     }
-
-    template <class Skin> P<Skin> skin(const char* id) { return P<Skin>(dynamic_cast<Skin*>(set->getSkin(id).get())); }
-
-    void advance(CCoreWindow& core, std::int64_t now)
-    {
-        clock.set(now);
-        core.update(now);
-    }
-
-    skintest::SkinFolder folder;
-    P<CSkinPackage> package;
-    P<fenn::gui::skin::ISkinSet> set;
-    skintest::FakeClock clock;
 };
 
 TEST_F(SkinnedControls, CheckBoxPlaysCheckingAndUncheckingThenRests)
