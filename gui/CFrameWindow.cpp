@@ -80,7 +80,38 @@ void CFrameWindow::setHost(P<IFrameHost> host)
     if (!m_host) return;
     m_host->setTitle(getText().c_str());
     m_host->setSize(getBounds().size());
+    m_host->updateDecorations();
     if (m_open) m_host->show();
+}
+
+void CFrameWindow::setBlank(bool blank)
+{
+    if (blank == m_blank) return;
+    m_blank = blank;
+    if (m_host) m_host->updateDecorations();
+}
+
+void CFrameWindow::setResizable(bool resizable)
+{
+    if (resizable == m_resizable) return;
+    m_resizable = resizable;
+    if (m_host) m_host->updateDecorations();
+}
+
+void CFrameWindow::setOpacity(double opacity)
+{
+    // Not a number is taken as fully opaque, the safe side for a window.
+    opacity = std::isnan(opacity) ? 1.0 : std::clamp(opacity, 0.0, 1.0);
+    if (opacity == m_opacity) return;
+    m_opacity = opacity;
+    if (m_host) m_host->updateDecorations();
+}
+
+void CFrameWindow::setIcon(P<IImage> icon)
+{
+    if (icon == m_icon) return;
+    m_icon = std::move(icon);
+    if (m_host) m_host->updateDecorations();
 }
 
 void CFrameWindow::show()

@@ -77,6 +77,22 @@ public:
     const CFrameShape& getShape() const { return m_shape; }
     void setScaleFactor(double scale);
 
+    // ---- the platform window's decorations ----
+    // A blank frame has no title bar and no border; a frame that is not
+    // resizable keeps the size its owner gives it; the opacity runs from 0
+    // (clear) to 1 (values outside are clamped) and is ignored where the
+    // platform cannot blend windows; the icon stands for the window in the
+    // desktop's task bar and switcher. The host applies them when it gets
+    // the frame and whenever one changes.
+    void setBlank(bool blank);
+    bool isBlank() const { return m_blank; }
+    void setResizable(bool resizable);
+    bool isResizable() const { return m_resizable; }
+    void setOpacity(double opacity);
+    double getOpacity() const { return m_opacity; }
+    void setIcon(P<IImage> icon);
+    const P<IImage>& getIcon() const { return m_icon; }
+
     // ---- IVirtualWindowParent ----
     cairo_surface_t* getBuffer() const override { return m_buffer; }
     double getScaleFactor() const override { return m_scale; }
@@ -216,6 +232,10 @@ private:
     CPoint m_lastPointer;
     P<posix::CWindowTimer> m_toolTipTimer;
     CFrameShape m_shape;
+    bool m_blank = false;
+    bool m_resizable = true;
+    double m_opacity = 1.0;
+    P<IImage> m_icon;
 };
 
 }  // namespace fenn::gui

@@ -44,6 +44,11 @@ public:
     virtual void stopTextInput() = 0;
     // Brings the window to the front and gives it the keyboard.
     virtual void raise() = 0;
+    // The frame's blank style, resizability, opacity or icon changed (or
+    // the host was just given the frame): the host reads them from the
+    // frame and applies what its platform can. A host without decorations
+    // has nothing to do.
+    virtual void updateDecorations() {}
     // The frame is going: the host must not reach it any more.
     virtual void detach() = 0;
 };

@@ -174,20 +174,27 @@ void applyCellView(CCellView& view, const CElementReader& reader, const ImageLoa
     }
     if (reader.has("hpad") || reader.has("vpad"))
         view.setCellPadding(reader.getInt("hpad", 0), reader.getInt("vpad", 0));
-    // Colours the view knows go to it; the others ("linehighlightcolor",
-    // the header border and sort mark colours...) stay in the properties.
+    if (reader.has("linehighlightsize")) view.setLineHighlightSize(reader.getInt("linehighlightsize", 0));
     for (const tinyxml2::XMLAttribute* attribute = reader.getElement().element->FirstAttribute(); attribute;
          attribute = attribute->Next()) {
-        const String name = String::copyOf(attribute->Name());
-        if (const auto which = cellViewColorFromAttribute(name))
-            view.setColor(*which, CColor::parse(String::copyOf(attribute->Value())));
+        if (const auto which = cellViewColorFromAttribute(String::copyOf(attribute->Name())))
+            view.setColor(*which, *reader.getColor(attribute->Name()));
     }
 }
 
 void applySplitPanel(CSplitPanel& panel, const CElementReader& reader, const ImageLoader& images)
 {
     if (reader.has("orient")) panel.setOrientation(readSplitOrientation(reader));
-    if (reader.has("backimage")) panel.setBackImage(images(reader.getURI("backimage")));
+    if (reader.has("backimage")) {
+        const auto margin = [&reader](const char* name) {
+            const int value = reader.getInt(name, 0);
+            if (value < 0) reader.throwInvalid(name);
+            return value;
+        };
+        const CNinePatch::Margins margins{margin("backscaleleft"), margin("backscaletop"), margin("backscaleright"),
+                                          margin("backscalebottom")};
+        panel.setBackImage(images(reader.getURI("backimage")), margins);
+    }
     if (reader.has("centerimage")) panel.setCenterImage(images(reader.getURI("centerimage")));
 }
 
@@ -206,9 +213,15 @@ void applyFrame(CFrameWindow& frame, const CElementReader& reader, const ImageLo
     if (reader.has("closeaction")) {
         frame.setCloseAction(reader.getLower("closeaction") == "exit" ? CloseAction::exit : CloseAction::hide);
     }
-    // The icon is kept for the host of the frame; "style", "resizable" and
-    // "opacity" are read by the host from the properties.
-    if (reader.has("image")) frame.getProperties().setValue("icon", images(reader.getURI("image")));
+    // Only "blank" changes the look; other styles are the desktop's usual frame.
+    if (reader.has("style")) frame.setBlank(reader.getLower("style") == "blank");
+    if (reader.has("resizable")) frame.setResizable(reader.getBool("resizable", true));
+    if (reader.has("opacity")) {
+        const double opacity = reader.getDouble("opacity", 1.0);
+        if (!(opacity >= 0.0 && opacity <= 1.0)) reader.throwInvalid("opacity");
+        frame.setOpacity(opacity);
+    }
+    if (reader.has("image")) frame.setIcon(images(reader.getURI("image")));
 }
 
 const std::map<std::string, Applier>& appliers()

@@ -9,9 +9,7 @@ namespace fenn::gui::sdl {
 
 void CPackage::onStart()
 {
-    CFrameWindow::setHostFactory([](CFrameWindow& frame) -> P<IFrameHost> {
-        return make<CSDLFrameHost>(&frame, true);
-    });
+    CFrameWindow::setHostFactory([](CFrameWindow& frame) -> P<IFrameHost> { return make<CSDLFrameHost>(&frame); });
     setClipboard(make<CSDLClipboard>());
     CWindowSystemRegistry::add(createDefaultWindowSystem());
 }

@@ -8,6 +8,7 @@
 
 #include "foundation/CError.h"
 #include "gui/CFrameWindow.h"
+#include "gui/sdl/SDLImage.h"
 #include "gui/sdl/SDLInput.h"
 
 namespace fenn::gui::sdl {
@@ -30,13 +31,14 @@ double CSDLFrameHost::scaleFactorFor(int displayIndex)
     return std::clamp(std::round(dpi / kBaseDPI * 4.0) / 4.0, 1.0, 4.0);
 }
 
-CSDLFrameHost::CSDLFrameHost(CFrameWindow* frame, bool resizable) : m_frame(frame)
+CSDLFrameHost::CSDLFrameHost(CFrameWindow* frame) : m_frame(frame)
 {
     const double scale = scaleFactorFor(0);
     m_frame->setScaleFactor(scale);
     const CSize size = m_frame->getBounds().size();
     std::uint32_t flags = SDL_WINDOW_HIDDEN;
-    if (resizable) flags |= SDL_WINDOW_RESIZABLE;
+    if (m_frame->isResizable()) flags |= SDL_WINDOW_RESIZABLE;
+    if (m_frame->isBlank()) flags |= SDL_WINDOW_BORDERLESS;
     m_window = SDL_CreateWindow(m_frame->getText().c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                                 static_cast<int>(std::ceil(size.width * scale)),
                                 static_cast<int>(std::ceil(size.height * scale)), flags);
@@ -49,6 +51,7 @@ CSDLFrameHost::CSDLFrameHost(CFrameWindow* frame, bool resizable) : m_frame(fram
     }
     m_windowId = SDL_GetWindowID(m_window);
     posix::addSDLEventHandler(this);
+    updateDecorations();
 }
 
 CSDLFrameHost::~CSDLFrameHost()
@@ -150,6 +153,27 @@ void CSDLFrameHost::raise()
     SDL_RaiseWindow(m_window);
 }
 
+void CSDLFrameHost::updateDecorations()
+{
+    if (!m_frame) return;
+    // Drivers without decorations (the dummy one of the tests, some
+    // Wayland compositors) ignore these; the window then keeps what it was
+    // made with.
+    SDL_SetWindowBordered(m_window, m_frame->isBlank() ? SDL_FALSE : SDL_TRUE);
+    SDL_SetWindowResizable(m_window, m_frame->isResizable() ? SDL_TRUE : SDL_FALSE);
+    float opacity = 1.0f;
+    if (SDL_GetWindowOpacity(m_window, &opacity) == 0 && opacity != static_cast<float>(m_frame->getOpacity()))
+        SDL_SetWindowOpacity(m_window, static_cast<float>(m_frame->getOpacity()));
+    // SDL keeps a copy of the icon; a frame that drops its icon keeps the
+    // last one shown, as SDL has no way back to the desktop's default.
+    const P<IImage>& icon = m_frame->getIcon();
+    if (icon && icon != m_icon) {
+        const SDLSurfacePointer surface = toSDLSurface(*icon);
+        SDL_SetWindowIcon(m_window, surface.get());
+        m_icon = icon;
+    }
+}
+
 CPoint CSDLFrameHost::toLayout(int x, int y) const
 {
     const double scale = m_frame ? m_frame->getScaleFactor() : 1.0;
@@ -175,8 +199,8 @@ bool CSDLFrameHost::handleSDLEvent(const SDL_Event& event)
     case SDL_MOUSEBUTTONUP:
         if (event.button.windowID != m_windowId) return false;
         m_lastMouse = toLayout(event.button.x, event.button.y);
-        frame->injectMouseButton(m_lastMouse, translateButton(event.button.button),
-                                 event.type == SDL_MOUSEBUTTONDOWN, std::max<int>(1, event.button.clicks),
+        frame->injectMouseButton(m_lastMouse, translateButton(event.button.button), event.type == SDL_MOUSEBUTTONDOWN,
+                                 std::max<int>(1, event.button.clicks),
                                  translateModifiers(static_cast<std::uint16_t>(SDL_GetModState())));
         return true;
     case SDL_MOUSEWHEEL: {

@@ -3,8 +3,10 @@
 #include <SDL.h>
 
 #include "foundation/CObject.h"
+#include "foundation/P.h"
 #include "foundation/posix/SDLEventHandlers.h"
 #include "gui/IVirtualWindowParent.h"
+#include "gui/image/IImage.h"
 
 namespace fenn::gui {
 class CFrameWindow;
@@ -15,13 +17,15 @@ namespace fenn::gui::sdl {
 // Shows a frame in an SDL window: the frame's cairo buffer goes to a
 // streaming texture (ARGB8888, the same byte order) and the window's events
 // come back as the frame's input, scaled from device to layout pixels. The
-// frame owns its host and outlives it; the host holds the frame raw. GUI
-// thread only.
+// frame owns its host and outlives it; the host holds the frame raw. The
+// frame's decorations (blank, resizable, opacity, icon) go to the window
+// when it is made and whenever they change. GUI thread only.
 class CSDLFrameHost : public CObject, public virtual IFrameHost, public posix::ISDLEventHandler
 {
 public:
-    // Creates the SDL window, hidden, and sets the frame's scale factor.
-    explicit CSDLFrameHost(CFrameWindow* frame, bool resizable = true);
+    // Creates the SDL window, hidden, with the frame's decorations, and sets
+    // the frame's scale factor.
+    explicit CSDLFrameHost(CFrameWindow* frame);
     ~CSDLFrameHost() override;
     CSDLFrameHost(const CSDLFrameHost&) = delete;
     CSDLFrameHost& operator=(const CSDLFrameHost&) = delete;
@@ -38,6 +42,7 @@ public:
     void startTextInput(const CRect& caret) override;
     void stopTextInput() override;
     void raise() override;
+    void updateDecorations() override;
 
     bool handleSDLEvent(const SDL_Event& event) override;
     void afterSDLEvents() override;
@@ -52,6 +57,8 @@ private:
     void ensureTexture(int width, int height);
 
     CFrameWindow* m_frame;
+    // The icon last given to the window, so that it is converted once.
+    P<IImage> m_icon;
     SDL_Window* m_window = nullptr;
     SDL_Renderer* m_renderer = nullptr;
     SDL_Texture* m_texture = nullptr;

@@ -33,6 +33,15 @@ constexpr ColorAttribute kColorAttributes[] = {
     {"hlinescolor", CellViewColor::horizontalLines},
     {"headerbackcolor", CellViewColor::headerBack},
     {"headertextcolor", CellViewColor::headerText},
+    {"selevenbackcolor", CellViewColor::selectedEvenBack},
+    {"seloddbackcolor", CellViewColor::selectedOddBack},
+    {"seleventextcolor", CellViewColor::selectedEvenText},
+    {"seloddtextcolor", CellViewColor::selectedOddText},
+    {"headerborderlightcolor", CellViewColor::headerBorderLight},
+    {"headerborderdarkcolor", CellViewColor::headerBorderDark},
+    {"headersortlightcolor", CellViewColor::headerSortLight},
+    {"headersortdarkcolor", CellViewColor::headerSortDark},
+    {"linehighlightcolor", CellViewColor::lineHighlight},
 };
 
 // Room above and below a header title.
@@ -317,6 +326,7 @@ void CCellView::updateScrollRange()
     const int width = CStyle::get().scrollBarWidth;
     m_bar.setTrack({body.right() - width, body.y, width, body.height});
     if (m_bar.getPosition() != before) invalidate(body);
+    if (m_pendingScrollRow >= 0 && body.height > 0) scrollToRow(m_pendingScrollRow);
 }
 
 void CCellView::onResized()
@@ -346,8 +356,12 @@ int CCellView::getFirstVisibleRow() const
 void CCellView::scrollToRow(int row)
 {
     if (row < 0 || row >= m_rowCount) return;
-    const long long top = static_cast<long long>(row) * getRowHeight();
     const int view = getRowsRect().height;
+    // Before the first layout there is no room to measure; the row is
+    // brought into view once the view has its size.
+    m_pendingScrollRow = view > 0 ? -1 : row;
+    if (view <= 0) return;
+    const long long top = static_cast<long long>(row) * getRowHeight();
     const int position = m_bar.getPosition();
     if (top < position) {
         setScrollPosition(static_cast<int>(top));
@@ -464,6 +478,23 @@ CColor CCellView::getColor(CellViewColor which) const
         return style.headerBackground;
     case CellViewColor::headerText:
         return style.textSecondary;
+    case CellViewColor::selectedEvenBack:
+    case CellViewColor::selectedOddBack:
+        return getColor(CellViewColor::selectionBack);
+    case CellViewColor::selectedEvenText:
+    case CellViewColor::selectedOddText:
+        return getColor(CellViewColor::selectionText);
+    // The light edge vanishes into the header until it is given a colour
+    // of its own; the dark one is the border the rest of the view has.
+    case CellViewColor::headerBorderLight:
+        return getColor(CellViewColor::headerBack);
+    case CellViewColor::headerBorderDark:
+        return style.border;
+    case CellViewColor::headerSortLight:
+        return getColor(CellViewColor::headerSortDark);
+    case CellViewColor::headerSortDark:
+    case CellViewColor::lineHighlight:
+        return style.accent;
     }
     return style.text;
 }
@@ -482,6 +513,12 @@ void CCellView::setCellPadding(int horizontal, int vertical)
     updateScrollRange();
     invalidateLayout();
     invalidate();
+}
+
+void CCellView::setLineHighlightSize(int size)
+{
+    m_lineHighlightSize = std::max(0, size);
+    invalidate(getRowsRect());
 }
 
 void CCellView::setHeaderVisible(bool visible)

@@ -44,7 +44,12 @@ enum class SelectAction {
     extendAdd,
 };
 
-// The colours of a cell view that a window or layout file may set.
+// The colours of a cell view that a window or layout file may set. The
+// selected even and odd rows of a focused view follow the selection colours
+// until they are set; the header's border is a light edge (top, and left
+// of each column) and a dark one (bottom, and the column separators); the
+// sort mark is dark with a lit left half when the light colour differs;
+// the line highlight marks the row under the pointer.
 enum class CellViewColor {
     selectionBack,
     selectionText,
@@ -58,8 +63,17 @@ enum class CellViewColor {
     horizontalLines,
     headerBack,
     headerText,
+    selectedEvenBack,
+    selectedOddBack,
+    selectedEvenText,
+    selectedOddText,
+    headerBorderLight,
+    headerBorderDark,
+    headerSortLight,
+    headerSortDark,
+    lineHighlight,
 };
-inline constexpr std::size_t kCellViewColorCount = 12;
+inline constexpr std::size_t kCellViewColorCount = 21;
 
 // The colour a layout file's attribute sets ("selbackcolor",
 // "evenbackcolor", "vlinescolor", "headertextcolor", ...; any case), or
@@ -158,6 +172,10 @@ public:
     void setGridLines(bool horizontal, bool vertical);
     // Room inside each cell ("hpad", "vpad").
     void setCellPadding(int horizontal, int vertical);
+    // The band under the row the pointer is over ("linehighlightsize"), in
+    // pixels, at most the row height; 0 shows none.
+    void setLineHighlightSize(int size);
+    int getLineHighlightSize() const { return m_lineHighlightSize; }
     void setHeaderVisible(bool visible);
     int getRowHeight() const;
 
@@ -171,6 +189,8 @@ public:
     int rowAt(CPoint point) const;
     int columnAt(int x) const;
     const CScrollBarPart& getScrollBar() const { return m_bar; }
+    // The row under the pointer, or -1.
+    int getHoveredRow() const { return m_hoveredRow; }
 
     // ---- ICellViewModelListener ----
     void cellViewModelChanged(int firstRow, int rowCount) override;
@@ -224,6 +244,8 @@ private:
     // Painting (CCellViewPaint.cpp).
     void paintContent(CPainter& painter, const CRect& dirty);
     void paintHeader(CPainter& painter, const CRect& dirty);
+    // The triangle of the sort order, left being its left edge, middle its centre line.
+    void paintSortMark(CPainter& painter, int left, double middle);
     void paintRow(CPainter& painter, CTextLayout& text, int row, const CRect& dirty);
     void paintCell(CPainter& painter, CTextLayout& text, int row, int column, const CRect& cell, CColor textColor);
 
@@ -237,6 +259,8 @@ private:
     SelectionMode m_selectionMode = SelectionMode::single;
     int m_currentRow = -1;
     int m_anchorRow = -1;
+    // A row to scroll to that was asked for before the view had a size, or -1.
+    int m_pendingScrollRow = -1;
     CScrollBarPart m_bar{Orientation::vertical};
     int m_sortColumn = -1;
     SortOrder m_sortOrder = SortOrder::none;
@@ -248,11 +272,13 @@ private:
     int m_paddingX = 8;
     int m_paddingY = 4;
     bool m_headerVisible = true;
+    int m_lineHighlightSize = 0;
 
     // Mouse state: the header column or button cell pressed and hovered,
     // the bar being dragged, and the row pressed for a drag and where it would drop.
     int m_pressedHeader = -1;
     int m_hoveredHeader = -1;
+    int m_hoveredRow = -1;
     CellPlace m_pressedButton;
     CellPlace m_hoveredButton;
     bool m_barDragged = false;

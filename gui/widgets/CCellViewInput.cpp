@@ -47,6 +47,15 @@ void CCellView::updateHover(CPoint point)
         if (button.row >= 0) invalidate(getCellRect(button.row, button.column));
     }
     if (m_bar.setHovered(inside && m_bar.contains(point))) invalidate(m_bar.getTrack());
+    const int row = inside && getRowsRect().contains(point) ? rowAt(point) : -1;
+    if (row != m_hoveredRow) {
+        // Only the line highlight shows which row the pointer is over.
+        if (m_lineHighlightSize > 0) {
+            invalidateRows(m_hoveredRow, m_hoveredRow);
+            invalidateRows(row, row);
+        }
+        m_hoveredRow = row;
+    }
 }
 
 void CCellView::onMouseLeave()
@@ -212,6 +221,8 @@ bool CCellView::onWheel(const CWheelEvent& event)
     if (event.deltaY == 0 || has(event.modifiers, modifierShift)) return false;
     const int before = getScrollPosition();
     setScrollPosition(before + event.deltaY * kWheelRows * getRowHeight());
+    // Other rows have come under the pointer.
+    updateHover(event.position);
     return getScrollPosition() != before;
 }
 

@@ -131,8 +131,11 @@ void CCellView::paintHeader(CPainter& painter, const CRect& dirty)
     const CRect header = getHeaderRect();
     if (header.isEmpty() || header.intersected(dirty).isEmpty()) return;
     const CStyle& style = CStyle::get();
+    const CColor light = getColor(CellViewColor::headerBorderLight);
+    const CColor dark = getColor(CellViewColor::headerBorderDark);
     painter.fillRect(header, getColor(CellViewColor::headerBack));
-    painter.drawLine({header.x, header.bottom() - 1}, {header.right(), header.bottom() - 1}, style.border);
+    painter.drawLine({header.x, header.y}, {header.right(), header.y}, light);
+    painter.drawLine({header.x, header.bottom() - 1}, {header.right(), header.bottom() - 1}, dark);
     CTextLayout text(getFont()->withWeight(FontWeight::bold), String());
     const CColor textColor = getColor(CellViewColor::headerText);
     int x = getRowsRect().x;
@@ -141,6 +144,9 @@ void CCellView::paintHeader(CPainter& painter, const CRect& dirty)
         const CRect cell{x, header.y, info.width, header.height - 1};
         x += info.width;
         if (cell.intersected(dirty).isEmpty()) continue;
+        // A hovered or pressed column is flat: its fill covers the light edges.
+        if (column > 0)
+            painter.drawLine({cell.x, cell.y + kHeaderLineInset}, {cell.x, cell.bottom() - kHeaderLineInset}, light);
         if (m_pressedHeader == column && m_hoveredHeader == column) {
             painter.fillRect(cell, style.controlPressed);
         } else if (m_hoveredHeader == column || m_pressedHeader == column) {
@@ -153,21 +159,42 @@ void CCellView::paintHeader(CPainter& painter, const CRect& dirty)
             const int titleWidth = info.title.isEmpty() ? 0 : std::min(title.width, text.getSize().width);
             const int markLeft =
                 info.align == TextAlign::left ? title.x + titleWidth + kSortMarkGap : title.right() + kSortMarkGap;
-            const double middle = cell.y + cell.height / 2.0;
-            const double half = kSortMarkWidth / 2.0;
-            cairo_t* cr = painter.getCairo();
-            const CColor mark = style.accent;
-            cairo_set_source_rgba(cr, mark.red() / 255.0, mark.green() / 255.0, mark.blue() / 255.0, 1.0);
-            const double tip = m_sortOrder == SortOrder::ascending ? -1.0 : 1.0;
-            cairo_move_to(cr, markLeft, middle - tip * 2.0);
-            cairo_line_to(cr, markLeft + 2 * half, middle - tip * 2.0);
-            cairo_line_to(cr, markLeft + half, middle + tip * 3.0);
-            cairo_close_path(cr);
-            cairo_fill(cr);
+            paintSortMark(painter, markLeft, cell.y + cell.height / 2.0);
         }
         painter.drawLine({cell.right() - 1, cell.y + kHeaderLineInset},
-                         {cell.right() - 1, cell.bottom() - kHeaderLineInset}, style.border);
+                         {cell.right() - 1, cell.bottom() - kHeaderLineInset}, dark);
     }
+}
+
+void CCellView::paintSortMark(CPainter& painter, int left, double middle)
+{
+    cairo_t* cr = painter.getCairo();
+    const double half = kSortMarkWidth / 2.0;
+    const double tip = m_sortOrder == SortOrder::ascending ? -1.0 : 1.0;
+    const auto triangle = [&] {
+        cairo_move_to(cr, left, middle - tip * 2.0);
+        cairo_line_to(cr, left + 2 * half, middle - tip * 2.0);
+        cairo_line_to(cr, left + half, middle + tip * 3.0);
+        cairo_close_path(cr);
+    };
+    const auto fill = [cr](CColor color) {
+        cairo_set_source_rgba(cr, color.red() / 255.0, color.green() / 255.0, color.blue() / 255.0,
+                              color.alpha() / 255.0);
+        cairo_fill(cr);
+    };
+    const CColor dark = getColor(CellViewColor::headerSortDark);
+    const CColor light = getColor(CellViewColor::headerSortLight);
+    triangle();
+    fill(dark);
+    // The lit left half, as if the light came from the left; a second fill
+    // of the same colour would only thicken the anti-aliased edges.
+    if (light == dark) return;
+    cairo_save(cr);
+    cairo_rectangle(cr, left, middle - 4.0, half, 8.0);
+    cairo_clip(cr);
+    triangle();
+    fill(light);
+    cairo_restore(cr);
 }
 
 void CCellView::paintRow(CPainter& painter, CTextLayout& text, int row, const CRect& dirty)
@@ -178,9 +205,12 @@ void CCellView::paintRow(CPainter& painter, CTextLayout& text, int row, const CR
     const bool even = row % 2 == 0;
     CColor back = getColor(even ? CellViewColor::evenBack : CellViewColor::oddBack);
     CColor fore = getColor(even ? CellViewColor::evenText : CellViewColor::oddText);
-    if (selected) {
-        back = getColor(active ? CellViewColor::selectionBack : CellViewColor::inactiveSelectionBack);
-        fore = getColor(active ? CellViewColor::selectionText : CellViewColor::inactiveSelectionText);
+    if (selected && active) {
+        back = getColor(even ? CellViewColor::selectedEvenBack : CellViewColor::selectedOddBack);
+        fore = getColor(even ? CellViewColor::selectedEvenText : CellViewColor::selectedOddText);
+    } else if (selected) {
+        back = getColor(CellViewColor::inactiveSelectionBack);
+        fore = getColor(CellViewColor::inactiveSelectionText);
     }
     painter.fillRect(rect, back);
     int x = rect.x;
@@ -197,6 +227,10 @@ void CCellView::paintRow(CPainter& painter, CTextLayout& text, int row, const CR
     if (m_horizontalLines)
         painter.drawLine({rect.x, rect.bottom() - 1}, {rect.right(), rect.bottom() - 1},
                          getColor(CellViewColor::horizontalLines));
+    if (row == m_hoveredRow && m_lineHighlightSize > 0 && !m_draggingRow) {
+        const int size = std::min(m_lineHighlightSize, rect.height);
+        painter.fillRect({rect.x, rect.bottom() - size, rect.width, size}, getColor(CellViewColor::lineHighlight));
+    }
     // The current row shows while the keyboard may move it: an outline,
     // unless it is the one selected row of a single selection.
     if (active && row == m_currentRow && (m_selectionMode == SelectionMode::multiple || !selected)) {

@@ -98,9 +98,9 @@ CRect CSplitPanel::getDividerRect() const
     return {0, m_position, client.width, kDividerThickness};
 }
 
-void CSplitPanel::setBackImage(P<IImage> image)
+void CSplitPanel::setBackImage(P<IImage> image, CNinePatch::Margins margins)
 {
-    m_backImage = std::move(image);
+    m_backImage = image ? make<CNinePatch>(std::move(image), margins) : nullptr;
     invalidate();
 }
 
@@ -156,7 +156,7 @@ void CSplitPanel::paint(CPainter& painter)
     const CStyle& style = CStyle::get();
     const bool active = m_hovered || m_dragging;
     if (m_backImage) {
-        painter.drawSurface(m_backImage->getSurface(), divider);
+        m_backImage->draw(painter.getCairo(), divider);
     } else {
         const CPoint middle{divider.x + divider.width / 2, divider.y + divider.height / 2};
         if (m_orientation == Orientation::horizontal) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/CWindow.h"
+#include "gui/image/CNinePatch.h"
 #include "gui/image/IImage.h"
 #include "gui/layout/Orientation.h"
 
@@ -16,8 +17,9 @@ Orientation parseOrientation(const String& text);
 // the first pane's extent along the orientation; it stays put when the
 // panel is resized and is always kept where both panes get their minimum
 // (the larger of the pane's own min size and the minimum set here). The
-// divider is painted as a thin line with a grip, or by the skin's back
-// image (stretched over the divider) and centre image (centred on it).
+// divider is painted as a thin line with a grip, or by a back image
+// stretched over the divider as a nine-patch (its margins keep their size,
+// so a divider's end caps stay put) and a centre image centred on it.
 // Listeners hear Notification::changed when a drag moves the divider.
 // Owned by its parent window; GUI thread.
 class CSplitPanel : public CWindow
@@ -39,7 +41,10 @@ public:
     void setMinimumPaneSizes(int first, int second);
     // Where the divider lies, as of the last layout.
     CRect getDividerRect() const;
-    void setBackImage(P<IImage> image);
+    // Null takes the image away; margins are in image pixels, and negative
+    // ones throw CInvalidArgError.
+    void setBackImage(P<IImage> image, CNinePatch::Margins margins = {});
+    const P<CNinePatch>& getBackImage() const { return m_backImage; }
     void setCenterImage(P<IImage> image);
 
     void layoutChildren() override;
@@ -65,7 +70,7 @@ private:
     bool m_hovered = false;
     bool m_dragging = false;
     int m_grabOffset = 0;
-    P<IImage> m_backImage;
+    P<CNinePatch> m_backImage;
     P<IImage> m_centerImage;
 };
 

@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
-#include "formats/CFileTypeRegistry.h"
 #include "audio/processing/ProcessingTexts.h"
+#include "formats/CFileTypeRegistry.h"
 #include "formats/FormatTexts.h"
 #include "formats/ffmpeg/FFmpegTexts.h"
 #include "formats/flac/FlacTexts.h"
@@ -13,10 +13,12 @@
 #include "formats/vorbis/VorbisTexts.h"
 #include "formats/wav/WAVTexts.h"
 #include "formats/wma/WMATexts.h"
-#include "tags/TagTexts.h"
 #include "foundation/CURIError.h"
 #include "foundation/CValueList.h"
 #include "foundation/IStringLocalizer.h"
+#include "gui/GuiTexts.h"
+#include "gui/builder/BuilderTexts.h"
+#include "tags/TagTexts.h"
 
 namespace {
 
@@ -222,8 +224,9 @@ TEST(FileTypes, SizeEstimates)
 
 TEST(FileTypes, TextsHaveUniqueKeysAndDefaults)
 {
-    // Every table of texts of the file types, the tags and the jobs: a key
-    // used twice would make a language pack's entry change two texts.
+    // Every table of texts of the file types, the tags, the jobs and the
+    // GUI toolkit (headers of constants only, nothing of the GUI is linked):
+    // a key used twice would make a language pack's entry change two texts.
     std::set<std::string> keys;
     const auto walk = [&keys](const auto& table) {
         for (const fenn::TextKey& entry : table) {
@@ -242,6 +245,8 @@ TEST(FileTypes, TextsHaveUniqueKeysAndDefaults)
     walk(tbx::ffmpegTexts::all);
     walk(tbx::tags::texts::all);
     walk(tbx::processingTexts::all);
+    walk(fenn::gui::texts::all);
+    walk(fenn::gui::builder::texts::all);
     // The quality selector's rows, in selector order.
     const char* names[] = {"Auto", "CD", "Good", "Medium", "Low", "Custom"};
     const char* descriptions[] = {"Keep", "CD", "Good", "Medium", "Low", "Custom"};

@@ -6,6 +6,7 @@
 #include "gui/CStyle.h"
 #include "gui/IWindowListener.h"
 #include "gui/layout/CLayoutBase.h"
+#include "gui/widgets/CCellView.h"
 #include "gui/widgets/CCheckBox.h"
 #include "gui/widgets/CDropList.h"
 #include "gui/widgets/CEditField.h"
@@ -143,6 +144,73 @@ TEST_F(GUIBuilder, ComponentsGetTheirAttributesAndParts)
     ASSERT_NE(scroll->getContent(), nullptr);
     EXPECT_EQ(m_builder->getWindow("inside")->getParent(), scroll->getContent());
     EXPECT_TRUE(dynamic_cast<CEditField&>(*m_builder->getWindow("inside")).isReadOnly());
+}
+
+TEST_F(GUIBuilder, FrameDecorationsAndWidgetLooksComeFromAttributes)
+{
+    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 9, 24);
+    std::filesystem::create_directories(m_folder / "images");
+    ASSERT_EQ(cairo_surface_write_to_png(surface, (m_folder / "images/nine.png").c_str()), CAIRO_STATUS_SUCCESS);
+    cairo_surface_destroy(surface);
+    load("looks.xml", R"(<l>
+        <frame id="plain"/>
+        <frame id="decorated" style="Blank" resizable="false" opacity="0.6" image="images/nine.png" layout="growvert">
+            <cellview id="cells" linehighlightsize="2" LineHighlightColor="#ff8000" selevenbackcolor="#102030"
+                      seloddbackcolor="#203040" seleventextcolor="#304050" seloddtextcolor="#405060"
+                      headerborderlightcolor="#fefefe" headerborderdarkcolor="#0a0a0a"
+                      headersortlightcolor="#ffee00" headersortdarkcolor="#aa5500"/>
+            <splitpanel id="split" backimage="images/nine.png" backscaletop="6" backscalebottom="7"
+                        centerimage="images/nine.png"/>
+        </frame>
+        <modalframe id="wide" style="normal" opacity="1"/>
+        <frame id="clear" opacity="1.5"/>
+        <splitpanel id="badmargin" backimage="images/nine.png" backscaleleft="-2"/>
+    </l>)");
+    const auto plain = fenn::TCast<CFrameWindow>(m_builder->build("plain", nullptr, nullptr));
+    EXPECT_FALSE(plain->isBlank());
+    EXPECT_TRUE(plain->isResizable());
+    EXPECT_EQ(plain->getOpacity(), 1.0);
+    EXPECT_FALSE(plain->getIcon());
+
+    const auto frame = fenn::TCast<CFrameWindow>(m_builder->build("decorated", nullptr, nullptr));
+    EXPECT_TRUE(frame->isBlank());
+    EXPECT_FALSE(frame->isResizable());
+    EXPECT_DOUBLE_EQ(frame->getOpacity(), 0.6);
+    ASSERT_TRUE(frame->getIcon());
+    EXPECT_EQ(frame->getIcon()->getSize(), (CSize{9, 24}));
+
+    auto* cells = dynamic_cast<CCellView*>(m_builder->getWindow("cells").get());
+    ASSERT_NE(cells, nullptr);
+    EXPECT_EQ(cells->getLineHighlightSize(), 2);
+    const std::pair<CellViewColor, CColor> colors[] = {
+        {CellViewColor::lineHighlight, CColor(0xff, 0x80, 0x00)},
+        {CellViewColor::selectedEvenBack, CColor(0x10, 0x20, 0x30)},
+        {CellViewColor::selectedOddBack, CColor(0x20, 0x30, 0x40)},
+        {CellViewColor::selectedEvenText, CColor(0x30, 0x40, 0x50)},
+        {CellViewColor::selectedOddText, CColor(0x40, 0x50, 0x60)},
+        {CellViewColor::headerBorderLight, CColor(0xfe, 0xfe, 0xfe)},
+        {CellViewColor::headerBorderDark, CColor(0x0a, 0x0a, 0x0a)},
+        {CellViewColor::headerSortLight, CColor(0xff, 0xee, 0x00)},
+        {CellViewColor::headerSortDark, CColor(0xaa, 0x55, 0x00)},
+    };
+    for (const auto& [which, color] : colors) EXPECT_EQ(cells->getColor(which), color) << static_cast<int>(which);
+
+    auto* split = dynamic_cast<CSplitPanel*>(m_builder->getWindow("split").get());
+    ASSERT_NE(split, nullptr);
+    ASSERT_TRUE(split->getBackImage());
+    EXPECT_EQ(split->getBackImage()->getMargins(), (fenn::gui::CNinePatch::Margins{0, 6, 0, 7}));
+    // One decoded image serves the icon and both split panel images.
+    EXPECT_EQ(split->getBackImage()->getImage(), frame->getIcon());
+
+    EXPECT_FALSE(fenn::TCast<CFrameWindow>(m_builder->build("wide", nullptr, nullptr))->isBlank());
+    EXPECT_NE(tbtest::errorOf<fenn::CParseError>([&] {
+                  m_builder->build("clear", nullptr, nullptr);
+              }).find("'opacity' has the invalid value '1.5'"),
+              std::string::npos);
+    EXPECT_NE(tbtest::errorOf<fenn::CParseError>([&] {
+                  m_builder->build("badmargin", nullptr, nullptr);
+              }).find("'backscaleleft'"),
+              std::string::npos);
 }
 
 TEST_F(GUIBuilder, TextsComeFromTheLocalizerWithLineBreaksMadeUnix)

@@ -3,6 +3,9 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <vector>
+
 #include "foundation/CObjectError.h"
 #include "gui/CStyle.h"
 #include "gui/image/CImage.h"
@@ -268,6 +271,47 @@ TEST(SplitPanel, DividerDragsWithinThePaneMinimums)
     const CPoint middle = centre(split->toFrame(split->getDividerRect()));
     EXPECT_EQ(test.pixel(middle.x, middle.y), CColor(255, 0, 0));
     EXPECT_NE(test.pixel(middle.x - 14, middle.y), CColor(255, 0, 0));
+}
+
+TEST(SplitPanel, TheBackImageStretchesBetweenItsMargins)
+{
+    // 7 by 20: five red rows, ten green and five blue; a vertical divider
+    // keeps the red cap at the top and the blue one at the bottom.
+    std::vector<std::uint8_t> rgba;
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x < 7; ++x) {
+            const std::uint8_t pixel[] = {static_cast<std::uint8_t>(y < 5 ? 255 : 0),
+                                          static_cast<std::uint8_t>(y >= 5 && y < 15 ? 255 : 0),
+                                          static_cast<std::uint8_t>(y >= 15 ? 255 : 0), 255};
+            rgba.insert(rgba.end(), std::begin(pixel), std::end(pixel));
+        }
+    }
+    auto image = make<CImage>(CSize{7, 20}, rgba);
+    tbtest::GuiTestFrame test(300, 200);
+    auto split = make<CSplitPanel>(Orientation::horizontal);
+    split->setPanes(make<CButton>("Left"), make<CButton>("Right"));
+    split->setBackImage(image, {0, 5, 0, 5});
+    test.add(split, {.horzGrow = 1, .vertGrow = 1});
+    test.render();
+    const CRect divider = split->toFrame(split->getDividerRect());
+    ASSERT_GT(divider.height, 100);
+    const int x = divider.x + divider.width / 2;
+    EXPECT_EQ(test.pixel(x, divider.y + 4), CColor(255, 0, 0));
+    EXPECT_EQ(test.pixel(x, divider.y + 5), CColor(0, 255, 0));
+    EXPECT_EQ(test.pixel(x, divider.y + divider.height / 2), CColor(0, 255, 0));
+    EXPECT_EQ(test.pixel(x, divider.bottom() - 6), CColor(0, 255, 0));
+    EXPECT_EQ(test.pixel(x, divider.bottom() - 5), CColor(0, 0, 255));
+    EXPECT_EQ(split->getBackImage()->getMargins().top, 5);
+
+    // Without margins the whole image stretches: the red takes a quarter.
+    split->setBackImage(image);
+    test.render();
+    EXPECT_EQ(test.pixel(x, divider.y + divider.height / 8), CColor(255, 0, 0));
+    EXPECT_EQ(test.pixel(x, divider.y + divider.height / 2), CColor(0, 255, 0));
+    split->setBackImage(nullptr);
+    test.render();
+    EXPECT_NE(test.pixel(x, divider.y + 4), CColor(255, 0, 0));
+    EXPECT_THROW(split->setBackImage(image, {-1, 0, 0, 0}), fenn::CInvalidArgError);
 }
 
 TEST(ListWidgets, LayoutFileNamesMakeTheWidgets)
