@@ -20,6 +20,8 @@ inline constexpr TextKey includeCycle{"fenn.gui.CGUIBuilder.IncludeCycle",
                                       "The GUI file '%FILE%' includes itself (line %LINE%)."};
 inline constexpr TextKey includeTooDeep{"fenn.gui.CGUIBuilder.IncludeTooDeep",
                                         "Includes are nested too deeply in the GUI file '%FILE%' (line %LINE%)."};
+inline constexpr TextKey tooManyIncludes{"fenn.gui.CGUIBuilder.TooManyIncludes",
+                                         "The GUI file '%FILE%' includes other files too many times (line %LINE%)."};
 inline constexpr TextKey fileTooLarge{"fenn.gui.CGUIBuilder.FileTooLarge", "The GUI file '%FILE%' is too large."};
 inline constexpr TextKey unknownLayout{"fenn.gui.CGUIBuilder.unknownLayout", "Unknown layout type: '%TYPE%'."};
 inline constexpr TextKey unknownComponentType{"fenn.gui.CGUIBuilder.unknownComponentType",
@@ -38,8 +40,9 @@ inline constexpr TextKey componentNotFound{"fenn.gui.CGUIBuilder.componentNotFou
                                            "Cannot build component with the ID '%ID%': component not found."};
 
 inline constexpr TextKey all[] = {
-    xmlParseError,   missingAttribute, invalidAttribute,     unexpectedElement,     includeCycle,      includeTooDeep,
-    fileTooLarge,    unknownLayout,    unknownComponentType, unknownSplitPanelType, unknownScrollType, needParent,
-    noSizeLimitType, unknownSizeType,  unknownSizeLimitType, invalidWindowSystem,   componentNotFound};
+    xmlParseError,         missingAttribute,    invalidAttribute, unexpectedElement, includeCycle,
+    includeTooDeep,        tooManyIncludes,     fileTooLarge,     unknownLayout,     unknownComponentType,
+    unknownSplitPanelType, unknownScrollType,   needParent,       noSizeLimitType,   unknownSizeType,
+    unknownSizeLimitType,  invalidWindowSystem, componentNotFound};
 
 }  // namespace fenn::gui::builder::texts

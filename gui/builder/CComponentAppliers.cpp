@@ -1,5 +1,9 @@
 #include "gui/builder/CComponentAppliers.h"
 
+#include <charconv>
+#include <cmath>
+#include <string>
+
 #include <map>
 #include <string>
 
@@ -52,21 +56,27 @@ String CElementReader::require(const char* name) const
 int CElementReader::getInt(const char* name, int fallback) const
 {
     if (!has(name)) return fallback;
-    try {
-        return toInt(get(name).trim());
-    } catch (const CParseError&) {
+    const std::string text = get(name).trim().toStdString();
+    long long value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || text.empty() || value > kMaxLayoutNumber ||
+        value < -kMaxLayoutNumber) {
         throwInvalid(name);
     }
+    return static_cast<int>(value);
 }
 
 double CElementReader::getDouble(const char* name, double fallback) const
 {
     if (!has(name)) return fallback;
+    double value = 0.0;
     try {
-        return toDouble(get(name).trim());
+        value = toDouble(get(name).trim());
     } catch (const CParseError&) {
         throwInvalid(name);
     }
+    if (!std::isfinite(value) || std::abs(value) > kMaxLayoutNumber) throwInvalid(name);
+    return value;
 }
 
 bool CElementReader::getBool(const char* name, bool fallback) const

@@ -30,8 +30,13 @@ public:
     String getLower(const char* name) const { return get(name).trim().toLowerCase(); }
     // Throws CParseError (MissingAttribute) when absent.
     String require(const char* name) const;
+    // Numbers in layout files are pixels, weights, percents and positions;
+    // anything beyond ten million is a mistake or an attack, and refusing it
+    // keeps every sum of sizes inside an int.
+    static constexpr long long kMaxLayoutNumber = 10'000'000;
     // Numbers and truth values; an absent attribute gives the fallback, a
-    // malformed one throws CParseError (InvalidAttribute).
+    // malformed, infinite or too large one throws CParseError
+    // (InvalidAttribute).
     int getInt(const char* name, int fallback) const;
     double getDouble(const char* name, double fallback) const;
     bool getBool(const char* name, bool fallback) const;

@@ -132,6 +132,7 @@ P<IWindowSystem> CGUIBuilder::getDefaultWindowSystem() const
 void CGUIBuilder::loadFile(const CURI& uri)
 {
     const P<CLayoutDocument> document = m_documents->get(uri);
+    m_documents->resetIncludeExpansions();
     checkTree({document->getRoot(), document}, {});
     for (const P<CLayoutDocument>& loaded : m_loaded) {
         if (loaded == document) return;
@@ -165,6 +166,7 @@ void CGUIBuilder::clearTables()
 P<ILayoutItem> CGUIBuilder::build(const String& id, CWindow* parentWindow, ILayout* parentLayoutGroup)
 {
     clearTables();
+    m_documents->resetIncludeExpansions();
     const std::string wanted = id.toStdString();
     for (const P<CLayoutDocument>& document : m_loaded) {
         CXMLIncludeWalker walker(*m_documents, {document->getRoot(), document});

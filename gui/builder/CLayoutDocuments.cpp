@@ -31,6 +31,12 @@ std::vector<char> readAll(const CURI& uri)
 
 }  // namespace
 
+void CLayoutDocumentCache::countIncludeExpansion(const CURI& file, int line)
+{
+    if (++m_includeExpansions > kMaxIncludeExpansions)
+        throw CError(String(), layoutErrorText(builder::texts::tooManyIncludes, file, line));
+}
+
 String layoutErrorText(const TextKey& key, const CURI& file, int line)
 {
     return localize(key).replace("%FILE%", file.getURI()).replace("%LINE%", line > 0 ? fromInt(line) : String("?"));

@@ -50,8 +50,19 @@ public:
     void clear();
     int getCount() const { return static_cast<int>(m_documents.size()); }
 
+    // A file parses once, but a walk visits it at every include: a file
+    // that includes another many times, which does the same, would make a
+    // walk of a few small files endless. One load or build expands at most
+    // this many includes.
+    static constexpr int kMaxIncludeExpansions = 10000;
+    // Counts an include that a walk enters; past the limit throws CError
+    // (TooManyIncludes) with the including file and line.
+    void countIncludeExpansion(const CURI& file, int line);
+    void resetIncludeExpansions() { m_includeExpansions = 0; }
+
 private:
     std::map<std::string, P<CLayoutDocument>> m_documents;
+    int m_includeExpansions = 0;
 };
 
 // "file" and "line" of an error in a layout file, shared by the parts of the

@@ -66,6 +66,7 @@ void CXMLIncludeWalker::enterInclude(const CLayoutElement& include)
     bool cycle = targetText == include.getURI().getURI();
     for (const String& including : chain) cycle = cycle || including == targetText;
     if (cycle) throw CError(String(), layoutErrorText(builder::texts::includeCycle, target, include.getLine()));
+    m_cache.countIncludeExpansion(include.getURI(), include.getLine());
 
     const P<CLayoutDocument> document = m_cache.get(target);
     m_stack.push_back({document->getRoot()->FirstChildElement(), document});

@@ -90,9 +90,10 @@ std::vector<CRect> CCoreSliderBar::getLayoutTickRects() const
     if (delta <= 0 || area.isEmpty()) return rects;
     if (static_cast<double>(area.width) * delta / getMaxPosition() < kMinTickDistance) return rects;
     const int width = m_tickMark->getPreferredSize({}).width;
-    for (int position = 0; position <= getMaxPosition(); position += delta) {
-        const int at =
-            area.x + static_cast<int>(std::lround(static_cast<double>(area.width) * position / getMaxPosition()));
+    // 64-bit steps: a maximum near the largest int must not wrap the loop.
+    for (std::int64_t position = 0; position <= getMaxPosition(); position += delta) {
+        const int at = area.x + static_cast<int>(std::lround(static_cast<double>(area.width) *
+                                                             static_cast<double>(position) / getMaxPosition()));
         rects.push_back({at - width / 2, area.y, width, area.height});
     }
     return rects;

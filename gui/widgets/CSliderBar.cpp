@@ -203,8 +203,9 @@ void CSliderBar::paint(CPainter& painter)
         const double spacing = static_cast<double>(length - kThumbSize) * m_tickDelta / m_maximum;
         if (spacing >= kMinTickDistance) {
             const CColor tick = enabled ? style.borderHover : style.borderDisabled;
-            for (int position = 0; position <= m_maximum; position += m_tickDelta) {
-                const int at = static_cast<int>(std::floor(thumbCentreFor(position)));
+            // 64-bit steps: a maximum near the largest int must not wrap the loop.
+            for (std::int64_t position = 0; position <= m_maximum; position += m_tickDelta) {
+                const int at = static_cast<int>(std::floor(thumbCentreFor(static_cast<int>(position))));
                 if (horizontal) {
                     painter.fillRect({at, lane + 1, 1, kTickLength}, tick);
                 } else {
