@@ -312,10 +312,11 @@ P<CWindow> CGUIBuilder::buildComponent(const CElementReader& reader, const P<ILa
 
     childContext.parentWindow = window.get();
     childContext.parentLayout = nullptr;
-    if (auto* scroll = dynamic_cast<CScrollPanel*>(window.get()); scroll && layout) {
-        // The panel scrolls one content window that holds the children.
+    if (auto* scroll = dynamic_cast<CScrollPanel*>(window.get())) {
+        // The panel scrolls one content window that holds the children; without
+        // a layout of their own they lie over each other in it, filling it.
         auto content = make<CWindow>();
-        content->setLayout(layout);
+        content->setLayout(layout ? layout : P<ILayout>(make<CLayerLayout>()));
         scroll->setContent(content);
         childContext.parentWindow = content.get();
     } else if (layout) {
@@ -410,7 +411,12 @@ void CGUIBuilder::applyTypeChild(const CLayoutElement& child, const std::vector<
     } else if (name == "subpanel") {
         auto* split = dynamic_cast<CSplitPanel*>(&component);
         if (!split) reader.throwUnexpected();
-        buildPane(child, chain, childContext, [split](const P<CWindow>& pane) { split->addChild(pane); });
+        const bool hasText = reader.has("text") || reader.has("textid");
+        const String text = reader.getText();
+        buildPane(child, chain, childContext, [split, hasText, &text](const P<CWindow>& pane) {
+            if (hasText) pane->setText(text);
+            split->addChild(pane);
+        });
     } else if (name == "shape") {
         auto* frame = dynamic_cast<CFrameWindow*>(&component);
         if (!frame) reader.throwUnexpected();

@@ -85,9 +85,10 @@ TEST_F(GUIBuilder, ComponentsGetTheirAttributesAndParts)
                 <page id="second" text="Second" selected="true"/>
             </tabview>
             <splitpanel id="split" orient="vert">
-                <subpanel id="top" backcolor="#ff0000"/><subpanel id="bottom"/>
+                <subpanel id="top" text="Top pane" backcolor="#ff0000"/><subpanel id="bottom"/>
             </splitpanel>
             <scrollpanel id="scroll" scroll="vert" layout="growvert"><editfield id="inside" readonly="true"/></scrollpanel>
+            <scrollpanel id="bare"><textarea id="bareText" text="Scrolled"/></scrollpanel>
         </FRAME>
     </Layouts>)");
     const auto frame = fenn::TCast<CFrameWindow>(m_builder->build("frame", nullptr, nullptr));
@@ -143,6 +144,12 @@ TEST_F(GUIBuilder, ComponentsGetTheirAttributesAndParts)
     EXPECT_EQ(scroll->getScrollDirections(), ScrollDirections::vertical);
     ASSERT_NE(scroll->getContent(), nullptr);
     EXPECT_EQ(m_builder->getWindow("inside")->getParent(), scroll->getContent());
+    // Without a layout too, so what it holds scrolls.
+    auto* bare = dynamic_cast<CScrollPanel*>(m_builder->getWindow("bare").get());
+    ASSERT_NE(bare, nullptr);
+    ASSERT_NE(bare->getContent(), nullptr);
+    EXPECT_EQ(m_builder->getWindow("bareText")->getParent(), bare->getContent());
+    EXPECT_EQ(m_builder->getWindow("top")->getText(), "Top pane");
     EXPECT_TRUE(dynamic_cast<CEditField&>(*m_builder->getWindow("inside")).isReadOnly());
 }
 
