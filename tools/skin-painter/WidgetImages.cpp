@@ -155,19 +155,31 @@ void drawTick(Painter& painter, const Box& box, double progress, const Colour& c
     cairo_set_dash(cairo, nullptr, 0, 0);
 }
 
+// The colours of a check box or radio button: the accent fill when checked,
+// a plain control when not, both dimmed when disabled.
+struct MarkColours
+{
+    Colour onFill;
+    Colour offBorder;
+    Colour offFill;
+};
+
+MarkColours markColours(bool hover, bool enabled)
+{
+    if (!enabled) {
+        return {palette::accent.mixedWith(palette::windowBackground, 0.6), palette::borderDisabled,
+                palette::controlDisabled};
+    }
+    return {hover ? palette::accentHover : palette::accent, hover ? palette::borderHover : palette::border,
+            palette::controlBackground};
+}
+
 void drawRadio(Painter& painter, const Box& box, double checked, bool hover, bool enabled)
 {
     const double radius = box.width / 2;
     const double cx = box.centreX();
     const double cy = box.centreY();
-    Colour onFill = hover ? palette::accentHover : palette::accent;
-    Colour offBorder = hover ? palette::borderHover : palette::border;
-    Colour offFill = palette::controlBackground;
-    if (!enabled) {
-        onFill = palette::accent.mixedWith(palette::windowBackground, 0.6);
-        offBorder = palette::borderDisabled;
-        offFill = palette::controlDisabled;
-    }
+    const auto [onFill, offBorder, offFill] = markColours(hover, enabled);
     if (enabled) painter.softShadow(box.moved(0, 0.5), radius, 1.5, palette::shadow.withAlpha(0.12));
     painter.circle(cx, cy, radius - 0.5);
     painter.fill(offFill.mixedWith(onFill, checked), true);
@@ -305,14 +317,7 @@ void drawButtonCard(Painter& painter, const Box& box, double hover, double press
 
 void drawCheckBox(Painter& painter, const Box& box, double checked, bool hover, bool enabled)
 {
-    Colour onFill = hover ? palette::accentHover : palette::accent;
-    Colour offBorder = hover ? palette::borderHover : palette::border;
-    Colour offFill = palette::controlBackground;
-    if (!enabled) {
-        onFill = palette::accent.mixedWith(palette::windowBackground, 0.6);
-        offBorder = palette::borderDisabled;
-        offFill = palette::controlDisabled;
-    }
+    const auto [onFill, offBorder, offFill] = markColours(hover, enabled);
     const double radius = 4 * box.width / 18;
     if (enabled) painter.softShadow(box.moved(0, 0.5), radius, 1.5, palette::shadow.withAlpha(0.12));
     painter.roundedRect(box.inset(0.5), radius - 0.5);
